@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "config/cfg_proc.h"
+#include "core/engine.h"
+#include "diagnostics/log_files.h"
+#include "platform/opc_control.h"
+#include "publish/publication.h"
+#include "terminal/absent_terminal.h"
+
+/// The parts of the outside that a program brings.
+struct Outside {
+  System& system;
+  EventLoop& events;
+  SerialPorts& ports;
+  Files& files;
+  OperatorNotice& notice;
+  OpcControls& opc;
+  StartupForm& startupForm;
+  MainForm& mainForm;
+  ScanDialogs& dialogs;
+};
+
+/// The whole system without its outside: the store and the logic rooms, put together once for all programs.
+class Manager {
+ public:
+  /// `programFolder` is where the .Cfg and log files lie.
+  Manager(const Outside& outside, const std::string& programFolder);
+  Manager(const Manager&) = delete;
+  Manager& operator=(const Manager&) = delete;
+
+  Tables& Store() { return *tables_; }
+  Engine& Parts() { return engine_; }
+  Publication& Publishing() { return publication_; }
+  CfgStore& Configuring() { return configuration_; }
+  LogFiles& Logs() { return logs_; }
+
+ private:
+  std::unique_ptr<Tables> tables_;
+  LogFiles logs_;
+  Publication publication_;
+  CfgStore configuration_;
+  AbsentTerminal terminal_;
+  Engine engine_;
+};

@@ -1,0 +1,3 @@
+#include "config/cfg_proc.h"
+
+void CfgStore::CfgProc(int, int) {}

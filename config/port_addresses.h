@@ -1,0 +1,21 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/files.h"
+
+/// Which device or server stands behind a COM number: the file "Tarvex-Ports.Cfg" of the program's folder, one
+/// line a port: number, address in double quotes. An address is a device path or `tcp://host:port`.
+class PortAddresses {
+ public:
+  /// Reads the file, created empty if it is missing. Raises for the first damaged line, with file, line and field;
+  /// the lines that are good hold all the same.
+  void Load(Files& files, const std::string& path);
+
+  /// Address of COM `number`; a number without a line is `/dev/ttyS(number-1)`.
+  std::string AddressOf(int number) const;
+
+ private:
+  std::map<int, std::string> addresses_;
+};

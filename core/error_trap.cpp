@@ -1,0 +1,146 @@
+#include "core/error_trap.h"
+
+#include <string>
+#include <string_view>
+
+#include "core/channel_state.h"
+#include "core/engine.h"
+#include "core/fixed_tables.h"
+#include "core/lamps.h"
+
+namespace {
+
+struct DatabaseFault {
+  int first;
+  int last;
+  std::string_view caption;
+  std::string_view logText;
+};
+
+constexpr DatabaseFault kDatabaseFaults[] = {
+    {2400, 2499, "SQL ERROR...", "  JET Expression Error: "},
+    {3000, 3999, "DB ERROR...", "  JET Database Error: "},
+    {40000, 40999, "RDO ERROR...", "  RDO Error: "},
+};
+
+struct PortFault {
+  int number;
+  std::string_view logText;
+  std::string_view spoken;
+  std::string_view boxText;
+};
+
+constexpr PortFault kPortFaults[] = {
+    {ErrorNumber::SerialPortInvalid, "Invalid COM: Port Selected.", ",  You have selected an invalid COM port. ",
+     "The COM: port you have selected is invalid."},
+    {ErrorNumber::SerialPortInUse, "COM: Port Already In Use.",
+     ",  You have selected a COM port that is already is use. ",
+     "The COM: port you have selected is already in use..."},
+};
+
+constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error";
+
+std::string ChannelPrefix(int ch) { return "Channel: " + DisplayNumber(ch); }
+
+std::string NumberAndDescription(const RunTimeError& fault) {
+  return std::to_string(fault.Number()) + "  " + fault.Description();
+}
+
+/// The trap may not fail itself: what cannot be logged is shown.
+void LogFromTrap(Engine& engine, const std::string& text) {
+  try {
+    engine.log.WriteLog(LogType::Error, text);
+  } catch (const RunTimeError& fault) {
+    engine.notice.MessageBox(kScanErrorCaption, text + "\r\n" + fault.Description());
+  }
+}
+
+void TakeDatabaseFault(Engine& engine, int ch, const DatabaseFault& kind, const RunTimeError& fault) {
+  UpdateStatus(engine, ch, kind.caption);
+  LogFromTrap(engine, ChannelPrefix(ch) + std::string(kind.logText) + NumberAndDescription(fault));
+  SetLamp(engine.tables, ch, Item::Error, false);
+  UpdateStatus(engine, ch, Caption::Ready);
+}
+
+/// The channel is disabled in the tables alone: its file keeps the user's choice, and is read again so that
+/// the setup shows it.
+void TakePortFault(Engine& engine, int ch, const PortFault& kind) {
+  Tables& tables = engine.tables;
+  const std::string number = DisplayNumber(ch);
+  LogFromTrap(engine, ChannelPrefix(ch) + "  " + std::string(kind.logText));
+  if (tables.SpeechEnabled == True) {
+    engine.notice.Speak("Attention!, A Tarvex error has occured on Channel " + number + std::string(kind.spoken) +
+                        "I am restoring default com port settings and disabling channel " + number + "now." +
+                        "Please contact Orvane Technical Support if you need additional assistance.");
+  }
+  engine.notice.MessageBox("Tarvex Device Initialization Error",
+                           std::string(kind.boxText) + "\r\n" + "Restoring default Tarvex Std. settings now...");
+  if (kind.number == ErrorNumber::SerialPortInvalid) {
+    SerialPort& port = engine.ports.Port(ch);
+    port.SetCommPort(1);
+    port.SetSettings("9600,n,8,1");
+    port.SetHandshaking(0);
+  }
+  try {
+    engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
+    engine.configuration.CfgProc(CfgAction::TablesToScreen, ch);
+  } catch (const RunTimeError& fault) {
+    LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(fault));
+  }
+  tables.ChanEnabled[ch] = False;
+  for (int item = Item::Motion; item <= Item::Error; ++item) {
+    tables.ChanIndicator[item][ch] = False;
+    tables.ChanDirty[item][ch] = True;
+  }
+  ForceRepaint(tables);
+}
+
+void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
+  LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(fault));
+  if (engine.tables.SpeechEnabled == True) {
+    engine.notice.Speak("Attention!, A Critical Tarvex error has occured, possibly on Channel " + DisplayNumber(ch) +
+                        ",  The error is number, " + std::to_string(fault.Number()) + " , " + fault.Description() +
+                        " , Please contact Orvane Technical Support with this information.");
+  }
+  engine.notice.MessageBox(kScanErrorCaption, "Critical Error: " + NumberAndDescription(fault) + "\r\n" +
+                                                  "Please Contact Orvane Technical Services...");
+  SetLamp(engine.tables, ch, Item::Error, false);
+  ForceRepaint(engine.tables);
+}
+
+void SwitchFaultLamps(Tables& tables, int ch) {
+  for (int item : {Item::Error, Item::Rx, Item::Tx}) {
+    tables.ChanIndicator[item][ch] = AsBoolean(item == Item::Error);
+    tables.ChanDirty[item][ch] = True;
+  }
+}
+
+}  // namespace
+
+void TakeClosedPort(Tables& tables, int ch) {
+  SwitchFaultLamps(tables, ch);
+  SetLamp(tables, ch, Item::Error, false);
+}
+
+void HandleFault(Engine& engine, int ch, const RunTimeError& fault) {
+  if (fault.Number() == ErrorNumber::SerialPortNotOpen) return TakeClosedPort(engine.tables, ch);
+  SwitchFaultLamps(engine.tables, ch);
+  for (const DatabaseFault& kind : kDatabaseFaults) {
+    if (fault.Number() >= kind.first && fault.Number() <= kind.last) return TakeDatabaseFault(engine, ch, kind, fault);
+  }
+  for (const PortFault& kind : kPortFaults) {
+    if (fault.Number() == kind.number) return TakePortFault(engine, ch, kind);
+  }
+  TakeCriticalFault(engine, ch, fault);
+}
+
+bool ReportFault(Engine& engine, const std::function<void()>& step) {
+  try {
+    step();
+    return true;
+  } catch (const RunTimeError& fault) {
+    LogFromTrap(engine, "Critical Error: " + NumberAndDescription(fault));
+    engine.notice.MessageBox(kScanErrorCaption, "Critical Error: " + NumberAndDescription(fault));
+    return false;
+  }
+}

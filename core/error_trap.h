@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/run_time_error.h"
+
+struct Engine;
+struct Tables;
+
+/// The one trap of the tick. Switches the lamps of `ch` and goes by the error number: database faults show a
+/// caption and a log line, a port that is invalid or in use disables the channel, anything else is critical and
+/// is logged, spoken and shown in a box. Never raises: a log that cannot be written is told to the operator.
+void HandleFault(Engine& engine, int ch, const RunTimeError& fault);
+
+/// What the trap does about a port that is not open (8012): receive and transmit lamps off, no message.
+void TakeClosedPort(Tables& tables, int ch);
+
+/// Runs `step`, the use of a port of channel `ch`. On a port that is not open the caller goes on with what
+/// follows the step; any other fault passes on.
+template <typename Step>
+void ResumeNextOnClosedPort(Tables& tables, int ch, const Step& step) {
+  try {
+    step();
+  } catch (const RunTimeError& fault) {
+    if (fault.Number() != ErrorNumber::SerialPortNotOpen) throw;
+    TakeClosedPort(tables, ch);
+  }
+}
+
+/// Runs `step`, and reports a fault as critical instead of raising it; for work outside the tick, at start and
+/// at the end. True if there was no fault.
+bool ReportFault(Engine& engine, const std::function<void()>& step);

@@ -1,0 +1,50 @@
+#include "core/framing.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/tables.h"
+
+namespace {
+
+constexpr int kDefaultMaxStream = 48;
+constexpr int kDefaultTerminator = 10;
+
+/// Appends the chunk; overflow loses the oldest input.
+void AppendKeepingTail(std::string& buffer, const std::string& chunk, std::size_t most) {
+  if (chunk.size() >= most) {
+    buffer.assign(chunk, chunk.size() - most, most);
+    return;
+  }
+  const std::size_t total = buffer.size() + chunk.size();
+  if (total > most) buffer.erase(0, total - most);
+  buffer.append(chunk);
+}
+
+}  // namespace
+
+bool CutStream(Tables& tables, int ch) {
+  const int proto = tables.ChanProtocol[ch];
+  std::string& buffer = tables.ChanRxBuffer[ch];
+  std::string& stream = tables.ChanStream[ch];
+
+  if (tables.ProtoMaxStream[proto] == 0) tables.ProtoMaxStream[proto] = kDefaultMaxStream;
+  const std::size_t most = static_cast<std::size_t>(std::max(0, tables.ProtoMaxStream[proto]));
+  AppendKeepingTail(buffer, tables.ChanRxChunk[ch], most);
+
+  if (tables.ProtoTerminator[proto] == 0) tables.ProtoTerminator[proto] = kDefaultTerminator;
+  const char terminator = static_cast<char>(tables.ProtoTerminator[proto]);
+  const std::size_t first = buffer.find(terminator);
+  if (first == std::string::npos) return false;
+
+  const std::size_t second = buffer.find(terminator, first + 1);
+  if (second != std::string::npos) {
+    stream.assign(buffer, first + 1, second - first);
+    return true;
+  }
+  stream.assign(buffer, 0, first + 1);
+  const int startChar = tables.ProtoStartChar[proto];
+  const bool keep = startChar > 0 && static_cast<unsigned char>(buffer.front()) == startChar;
+  if (!keep) buffer.clear();
+  return true;
+}

@@ -1,0 +1,184 @@
+#include "core/initialisation.h"
+
+#include <string>
+
+#include "core/channel_state.h"
+#include "core/engine.h"
+#include "core/fixed_tables.h"
+#include "core/lamps.h"
+#include "protocol/number.h"
+
+namespace {
+
+/// Custom formats 30 to 32 (39 to 41) are read only when a channel's setup selects them.
+constexpr int kLastFormatReadAtStart = 38;
+constexpr int kDescriptionKind = 10;
+
+enum class Pass { First, Again };
+
+void ClearWeights(Tables& tables, int ch) {
+  tables.ChanGross[ch].clear();
+  tables.ChanTare[ch].clear();
+  tables.ChanNet[ch].clear();
+}
+
+void SetLampFlagged(Tables& tables, int ch, int item, bool on) {
+  tables.ChanIndicator[item][ch] = AsBoolean(on);
+  tables.ChanDirty[item][ch] = True;
+}
+
+void ResetLamps(Tables& tables, int ch) {
+  tables.ChanIndicator[Item::Rx][ch] = False;
+  tables.ChanIndicator[Item::Tx][ch] = False;
+  SetLampFlagged(tables, ch, Item::Error, false);
+  SetLampFlagged(tables, ch, Item::Sql, tables.ChanProtocol[ch] == 0);
+  SetLampFlagged(tables, ch, Item::Enabled, tables.ChanEnabled[ch] == True);
+  for (int item : {Item::Units, Item::Net, Item::Motion}) SetLampFlagged(tables, ch, item, false);
+}
+
+/// Publishing state of a channel that has just been opened or given up.
+void StartPublishing(Tables& tables, int ch) {
+  ForceRepublication(tables, ch);
+  tables.ChanOpcPending[ch] = True;
+}
+
+/// A channel that could not be opened: disabled in the tables, and not tried again until its setup is used.
+void ShowInitializationError(Tables& tables, int ch) {
+  tables.ChanConnected[ch] = False;
+  tables.ChanEnabled[ch] = False;
+  SetCaption(tables, ch, Caption::InitializationError);
+  SetLampFlagged(tables, ch, Item::Enabled, false);
+  SetLampFlagged(tables, ch, Item::Error, true);
+  StartPublishing(tables, ch);
+}
+
+void ShowReady(Engine& engine, int ch) {
+  engine.publisher.SetVal(kDescriptionKind, ch);
+  SetCaption(engine.tables, ch, Caption::Ready);
+  engine.tables.ChanConnected[ch] = True;
+}
+
+void OpenSerialPort(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  tables.ChanLastRxTick[ch] = tables.ScanTick;
+  SerialPort& port = engine.ports.Port(ch);
+  if (port.PortOpen()) port.Close();
+  port.SetCommPort(tables.ChanPort[ch] + 1);
+  port.SetSettings(tables.PortSettingsTable[tables.ChanPortSetup[ch]]);
+  port.SetHandshaking(tables.ChanXonXoff[ch] == True ? 1 : 0);
+  port.Open();
+  if (port.PortOpen()) {
+    ShowReady(engine, ch);
+    StartPublishing(tables, ch);
+    return;
+  }
+  ShowInitializationError(tables, ch);
+  if (tables.SpeechEnabled == False) return;
+  const std::string number = DisplayNumber(ch);
+  engine.notice.Speak(
+      "Attention!, A Tarvex error has occured trying to initialize Channel " + number + "'s  COM port. Channel  " +
+      number + " will not be enabled. " + "Please check for other channels that may be set to the same com port. " +
+      "Please un check the ENABLED check box in the upper right hand area of Channel " + number +
+      "'s setup screen to eliminate this message. Please contact " +
+      "Orvane Technical Support if you need additional assistance.");
+}
+
+void OpenArcNetLink(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  ForceRepublication(tables, ch);
+  if (engine.terminal.OpenArcNet(ch)) {
+    ShowReady(engine, ch);
+    return;
+  }
+  tables.ChanConnected[ch] = False;
+  SetCaption(tables, ch, Caption::InitializationError);
+  SetLampFlagged(tables, ch, Item::Error, true);
+  if (tables.SpeechEnabled == False) return;
+  const std::string number = DisplayNumber(ch);
+  engine.notice.Speak("Attention!, A Tarvex error has occured trying to initialize Channel " + number +
+                      "'s  ARC NET port. The ARC NET interface may not be functional." +
+                      "Try exiting and then restarting Tarvex. If this error still occurs, " +
+                      "try rebooting the computer. Please contact " +
+                      "Orvane Technical Support if you need additional assistance.");
+}
+
+void OpenLink(Engine& engine, int ch) {
+  if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) OpenSerialPort(engine, ch);
+  if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) OpenArcNetLink(engine, ch);
+}
+
+void ChannelSteps(Engine& engine, int ch, Pass pass) {
+  Tables& tables = engine.tables;
+  tables.ChanStatusDecimals[ch] = False;
+  tables.ChanDecimalsKnown[ch] = False;
+  if (pass == Pass::First) {
+    tables.SelectedChannel = ch;
+    SetCaption(tables, ch, Caption::Initializing);
+    tables.ChanDirty[Item::Description][ch] = True;
+    engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
+  } else {
+    SetCaption(tables, ch, Caption::ReInitializing);
+  }
+  tables.ChanPrimaryUnitsName[ch] = UpperCase(Trim(tables.UnitsTable[tables.ChanPrimaryUnits[ch]]));
+  ClearWeights(tables, ch);
+  ResetLamps(tables, ch);
+  if (tables.ChanEnabled[ch] == False) {
+    SetCaption(tables, ch, Caption::DeviceDisabled);
+    StartPublishing(tables, ch);
+    return;
+  }
+  if (tables.ProtoDamaged[tables.ChanProtocol[ch]] == True) {
+    ShowInitializationError(tables, ch);
+    return;
+  }
+  if (tables.ChanOpcEnabled[ch] == True) engine.publisher.ConnectOpc(ch, pass == Pass::Again);
+  OpenLink(engine, ch);
+}
+
+void InitialiseChannel(Engine& engine, int ch, Pass pass) {
+  try {
+    ChannelSteps(engine, ch, pass);
+  } catch (...) {
+    ShowInitializationError(engine.tables, ch);
+    throw;
+  }
+}
+
+}  // namespace
+
+void RequestFirstInitialisation(Tables& tables) {
+  tables.ChannelsInitialised = False;
+  tables.InitialisationAnnounced = False;
+  tables.NextFormatToRead = 0;
+  tables.NextChannelToOpen = 0;
+}
+
+void FirstInitialisation(Engine& engine, int& ch) {
+  Tables& tables = engine.tables;
+  if (tables.InitialisationAnnounced == False) {
+    tables.InitialisationAnnounced = True;
+    engine.log.WriteLog(LogType::Activity, "Initializing Devices...");
+  }
+  while (tables.NextFormatToRead <= kLastFormatReadAtStart) {
+    engine.configuration.CfgProc(CfgAction::ReadFormatFile, tables.NextFormatToRead++);
+  }
+  while (tables.NextChannelToOpen <= tables.MaxChannel) {
+    ch = tables.NextChannelToOpen++;
+    InitialiseChannel(engine, ch, Pass::First);
+  }
+  tables.ChannelsInitialised = True;
+  engine.mainForm.BusyPointer(false);
+}
+
+void ServeUnconnectedChannel(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  engine.terminal.RetryRegistration(ch);
+  if (tables.ReinitChannel == ch) {
+    tables.ReinitChannel = kNoChannel;  // also when opening fails: it is not tried again until the next setup
+    InitialiseChannel(engine, ch, Pass::Again);
+    engine.mainForm.BusyPointer(false);
+    return;
+  }
+  ClearWeights(tables, ch);
+  for (int item : {Item::Gross, Item::Tare, Item::NetWeight}) tables.ChanDirty[item][ch] = True;
+}

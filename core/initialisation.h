@@ -1,0 +1,15 @@
+#pragma once
+
+struct Engine;
+struct Tables;
+
+/// Has the next tick run the first initialisation from its beginning.
+void RequestFirstInitialisation(Tables& tables);
+
+/// First initialisation: reads format files 0 to 38, then each channel's file and opens its link. A fault is
+/// raised with `ch` at the channel concerned; the next call goes on behind it and does not start over.
+void FirstInitialisation(Engine& engine, int& ch);
+
+/// Visit to a channel that is not connected: retries the terminal link, opens the channel again if its setup
+/// asked for it (`ReinitChannel`), otherwise keeps its weights empty.
+void ServeUnconnectedChannel(Engine& engine, int ch);

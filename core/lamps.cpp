@@ -1,0 +1,50 @@
+#include "core/lamps.h"
+
+#include <cstdlib>
+
+#include "core/forms.h"
+#include "core/tables.h"
+
+namespace {
+
+constexpr int kTicksVisible = 1;
+constexpr int kTicksMinimized = 10;
+
+void SwitchTrafficLamp(Tables& tables, MainForm& mainForm, int ch, int item, bool on, TrayPicture picture) {
+  const bool minimized = tables.Minimized == True;
+  if ((tables.ChanIndicator[item][ch] == True) == on) return;
+  if (TicksSince(tables, tables.ChanLampTick[item][ch]) < (minimized ? kTicksMinimized : kTicksVisible)) return;
+  SetLamp(tables, ch, item, on);
+  tables.ChanLampTick[item][ch] = tables.ScanTick;
+  if (minimized && tables.DebugMode == False) mainForm.SetTrayPicture(picture);
+}
+
+}  // namespace
+
+int TicksSince(const Tables& tables, int tick) { return std::abs(tables.ScanTick - tick); }
+
+void SetLamp(Tables& tables, int ch, int item, bool on) {
+  const Boolean value = AsBoolean(on);
+  if (tables.ChanIndicator[item][ch] == value) return;
+  tables.ChanIndicator[item][ch] = value;
+  tables.ChanDirty[item][ch] = True;
+}
+
+void TurnRXLedON(Tables& tables, MainForm& mainForm, int ch) {
+  SwitchTrafficLamp(tables, mainForm, ch, Item::Rx, true, TrayPicture::iRcv);
+}
+
+void TurnRXLedOff(Tables& tables, MainForm& mainForm, int ch) {
+  SwitchTrafficLamp(tables, mainForm, ch, Item::Rx, false, TrayPicture::iIdle);
+}
+
+void TurnTXLedON(Tables& tables, MainForm& mainForm, int ch) {
+  SwitchTrafficLamp(tables, mainForm, ch, Item::Tx, true, TrayPicture::iXmit);
+}
+
+void TurnTXLedOff(Tables& tables, int ch) {
+  if (tables.ChanIndicator[Item::Tx][ch] == False) return;
+  if (TicksSince(tables, tables.ChanLampTick[Item::Tx][ch]) < kTicksVisible) return;
+  SetLamp(tables, ch, Item::Tx, false);
+  tables.ChanLampTick[Item::Tx][ch] = tables.ScanTick;
+}

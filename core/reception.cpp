@@ -1,0 +1,103 @@
+#include "core/reception.h"
+
+#include <string>
+
+#include "core/channel_state.h"
+#include "core/engine.h"
+#include "core/error_trap.h"
+#include "core/framing.h"
+#include "core/lamps.h"
+#include "core/stream_values.h"
+#include "protocol/status.h"
+
+namespace {
+
+void ReplaceFirstCarriageReturn(std::string& stream) {
+  const std::size_t at = stream.find('\r');
+  if (at != std::string::npos) stream[at] = ' ';
+}
+
+void ShowRawStream(Engine& engine, int ch) {
+  const Tables& tables = engine.tables;
+  if (tables.DebugMode == False || tables.ChanDetailOpen[ch] == False) return;
+  const std::string& stream = tables.ChanStream[ch];
+  engine.dialogs.ShowDetail(22, std::to_string(stream.size()) + " ==> " + stream);
+}
+
+/// What the status walk found holds for one stream only, also when a fault ends its handling: a mode left
+/// behind would let the next stream's weights be read in the wrong one.
+class StreamState {
+ public:
+  StreamState(Tables& tables, int ch) : tables_(tables), ch_(ch) {}
+  StreamState(const StreamState&) = delete;
+  StreamState& operator=(const StreamState&) = delete;
+  ~StreamState() {
+    tables_.ChanMotion[ch_] = False;
+    tables_.ChanMode[ch_].clear();
+    tables_.ChanError[ch_].clear();
+    tables_.ChanUnits[ch_].clear();
+    tables_.ChanMatchName[ch_].clear();
+    tables_.ChanMatchField[ch_].clear();
+    for (int row = 1; row <= 9; ++row) tables_.ChanStatusN[row][ch_].clear();
+  }
+
+ private:
+  Tables& tables_;
+  int ch_;
+};
+
+/// A port that is not open has nothing waiting.
+bool BytesWaiting(Tables& tables, int ch, SerialPort& port) {
+  std::size_t waiting = 0;
+  ResumeNextOnClosedPort(tables, ch, [&] { waiting = port.InBufferCount(); });
+  return waiting > 0;
+}
+
+void Receive(Engine& engine, int ch, SerialPort& port) {
+  Tables& tables = engine.tables;
+  const int proto = tables.ChanProtocol[ch];
+  TurnRXLedON(engine.tables, engine.mainForm, ch);
+  port.Input(tables.ChanRxChunk[ch]);
+  if (!CutStream(tables, ch)) return;  // bytes are flowing: no time-out test either
+
+  tables.ChanLastRxTick[ch] = tables.ScanTick;
+  ReplaceFirstCarriageReturn(tables.ChanStream[ch]);
+  ShowRawStream(engine, ch);
+  tables.ProtoPolarity[proto].clear();
+  const StreamState stream(tables, ch);
+  ParseStatusData(tables, tables.ChanStream[ch], ch, proto);
+  TakeStreamValues(engine, ch);
+}
+
+/// A channel that is already offline stays as it is, whatever the sentinels say of its last published status.
+void CheckTimeout(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  if (tables.ChanTimeout[ch] <= 0) return;
+  if (TicksSince(tables, tables.ChanLastRxTick[ch]) < tables.ChanTimeout[ch]) return;
+  if ((tables.ChanStatusBits[ch] & StatusBit::Offline) != 0 && tables.ChanStatusText[ch] == Caption::Offline) return;
+
+  tables.ChanStatusBits[ch] = static_cast<std::int16_t>(tables.ChanStatusBits[ch] | StatusBit::Offline);
+  if (tables.ChanStatusBits[ch] == tables.ChanPrevStatusBits[ch]) return;
+  engine.publisher.PublishStatus(ch);
+  SetLamp(tables, ch, Item::Error, true);
+  if (tables.ChanStatusText[ch] != Caption::Offline) SetCaption(tables, ch, Caption::Offline);
+  if (tables.ChanOpcEnabled[ch] == False && tables.ChanDdeServer[ch] == False) return;
+  engine.publisher.RepublishOffline(ch);
+  if (tables.DebugMode == False) engine.mainForm.SetTrayPicture(TrayPicture::iIdle);
+}
+
+}  // namespace
+
+void ReceptionCycle(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  if (tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) {
+    SerialPort& port = engine.ports.Port(ch);
+    if (BytesWaiting(tables, ch, port)) {
+      Receive(engine, ch, port);
+    } else {
+      CheckTimeout(engine, ch);
+    }
+  } else if (tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) {
+    engine.terminal.ReadArcNet(ch);
+  }
+}

@@ -1,0 +1,65 @@
+#include "core/shutdown.h"
+
+#include "core/engine.h"
+
+namespace {
+
+constexpr int kEndTask = 6;
+
+template <typename Step>
+void GoOnAfterFault(const Step& step) {
+  try {
+    step();
+  } catch (const RunTimeError&) {
+    // faults in closing are not reported
+  }
+}
+
+void CloseIfOpen(Engine& engine, int ch) {
+  SerialPort& port = engine.ports.Port(ch);
+  if (port.PortOpen()) port.Close();
+}
+
+void CloseTerminalLink(Engine& engine) {
+  GoOnAfterFault([&] { engine.terminal.CloseProcess(); });
+  engine.tables.TerminalLinkUp = False;
+}
+
+}  // namespace
+
+void CloseTXMWindow(Engine& engine) {
+  Tables& tables = engine.tables;
+  engine.events.Timer1().SetEnabled(false);
+  engine.mainForm.BusyPointer(true);
+  CloseTerminalLink(engine);
+  for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
+    CloseIfOpen(engine, ch);
+    if (tables.ChanOpcEnabled[ch] == True) GoOnAfterFault([&] { engine.publisher.DisconnectOpc(ch); });
+    tables.ChanConnected[ch] = False;
+  }
+  engine.startupForm.BusyPointer(true);
+  engine.startupForm.EnableContinue(true);
+  engine.startupForm.Show();
+  engine.startupForm.BusyPointer(false);
+  engine.startupForm.FocusContinue();
+  engine.mainForm.Hide();
+}
+
+void TaskCtrl(Engine& engine, int task) {
+  if (task != kEndTask) return;
+  for (int ch = 0; ch < kChannels; ++ch) CloseIfOpen(engine, ch);
+  engine.startupForm.Unload();
+}
+
+void Unload_Tarvex_MainForm(Engine& engine) {
+  Tables& tables = engine.tables;
+  GoOnAfterFault([&] { engine.log.WriteLog(LogType::Activity, "Tarvex Manager Terminated"); });
+  engine.mainForm.ReleaseDrawing();
+  CloseTerminalLink(engine);
+  GoOnAfterFault([&] { engine.terminal.CloseWorkspaces(); });
+  for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
+    tables.ChanRxChunk[ch].clear();
+    tables.ChanRxBuffer[ch].clear();
+    tables.ChanStream[ch].clear();
+  }
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+struct Engine;
+
+/// Stops the scan, closes every link, hides the main window and brings back the start-up form, from which the
+/// system is started again or ended. Faults in closing are not reported; the steps go on.
+void CloseTXMWindow(Engine& engine);
+
+/// Task 6 of the start-up form: closes every port that is still open and unloads all forms. The caller ends the
+/// program. Other tasks do nothing.
+void TaskCtrl(Engine& engine, int task);
+
+/// Unload event of the main form: activity log, drawing objects, database engine, terminal link, buffers.
+void Unload_Tarvex_MainForm(Engine& engine);

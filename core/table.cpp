@@ -1,0 +1,5 @@
+#include "core/table.h"
+
+void RaiseSubscriptOutOfRange() {
+  throw RunTimeError(ErrorNumber::SubscriptOutOfRange, "Subscript out of range");
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Ways of telling the operator about serious conditions.
+class OperatorNotice {
+ public:
+  virtual ~OperatorNotice() = default;
+  /// Critical message box. It holds the caller until it is dismissed; a program without a window writes it
+  /// as a log line and goes on at once.
+  virtual void MessageBox(std::string_view caption, std::string_view text) = 0;
+  /// Hands a sentence to the speech engine and returns at once.
+  virtual void Speak(std::string_view sentence) = 0;
+};

@@ -1,0 +1,119 @@
+#include "publish/publication.h"
+
+#include <string>
+
+#include "core/channel_state.h"
+#include "protocol/number.h"
+#include "publish/command_intake.h"
+#include "publish/opc_link.h"
+
+namespace {
+
+constexpr int kGross = 1;
+constexpr int kTare = 2;
+constexpr int kNet = 3;
+constexpr int kStatus = 6;
+constexpr int kStreamId = 9;
+constexpr int kDescription = 10;
+constexpr int kStatusSlot = 3;
+
+}  // namespace
+
+Publication::Publication(Tables& tables, SerialPorts& ports, OpcControls& opc, Log& log, ScanDialogs& dialogs)
+    : tables_(tables),
+      ports_(ports),
+      opc_(opc),
+      log_(log),
+      dialogs_(dialogs),
+      automation_(tables) {}
+
+void Publication::CreateTopics() { topics_ = DdeTopics(); }
+
+void Publication::BindDevices() { automation_.BindDevices(); }
+
+void Publication::PublishWeight(int kind, int ch, const std::string& value, std::string& last) {
+  if (value == last) return;
+  last = value;
+  const int slot = kind - kGross;
+  tables_.ChanDirty[Item::Gross + slot][ch] = True;
+  const bool opc = tables_.ChanOpcEnabled[ch] == True;
+  const bool dde = tables_.ChanDdeServer[ch] == True;
+  if (opc || dde) {
+    const double number = NumericValue(value);
+    if (opc) {
+      opc_.Control(ch).SetValue(static_cast<std::int16_t>(slot), number);
+      tables_.ChanOpcPending[ch] = True;
+    }
+    if (dde) {
+      tables_.ChanDdeItems[ch][slot] = number;
+      tables_.ChanDdePending[ch] = True;
+    }
+  }
+  if (tables_.ChanDetailOpen[ch] == True) dialogs_.ShowDetail(slot, value);
+  automation_.UpdateActiveX(kind, ch);
+}
+
+void Publication::SetVal(int kind, int ch) {
+  switch (kind) {
+    case kGross:
+      return PublishWeight(kind, ch, tables_.ChanGross[ch], tables_.ChanPrevGross[ch]);
+    case kTare:
+      return PublishWeight(kind, ch, tables_.ChanTare[ch], tables_.ChanPrevTare[ch]);
+    case kNet:
+      return PublishWeight(kind, ch, tables_.ChanNet[ch], tables_.ChanPrevNet[ch]);
+    case kStatus:
+    case kDescription:
+      return automation_.UpdateActiveX(kind, ch);
+    case kStreamId:
+      if (tables_.ChanStreamId[ch] != tables_.ChanPrevStreamId[ch]) {
+        tables_.ChanPrevStreamId[ch] = tables_.ChanStreamId[ch];
+      }
+      return;
+    default:
+      return;
+  }
+}
+
+void Publication::StageStatus(int ch) {
+  if (tables_.ChanOpcEnabled[ch] == True) {
+    opc_.Control(ch).SetValue(kStatusSlot, tables_.ChanStatusBits[ch]);
+    tables_.ChanOpcPending[ch] = True;
+  }
+  if (tables_.ChanDdeServer[ch] == True) {
+    tables_.ChanDdeItems[ch][kStatusSlot] = tables_.ChanStatusBits[ch];
+    tables_.ChanDdePending[ch] = True;
+  }
+}
+
+void Publication::PublishStatus(int ch) {
+  if (tables_.ChanStatusBits[ch] == tables_.ChanPrevStatusBits[ch]) return;
+  tables_.ChanPrevStatusBits[ch] = tables_.ChanStatusBits[ch];
+  SetVal(kStatus, ch);
+  tables_.ChanUpdatePending[ch] = True;
+  StageStatus(ch);
+}
+
+void Publication::RepublishOffline(int ch) {
+  ForceRepublication(tables_, ch);
+  StageStatus(ch);
+}
+
+void Publication::TakeAutomationCommand(int ch) { TakeCommandFromAutomation(tables_, ports_, log_, ch); }
+
+void Publication::TakeOpcCommand(int ch) {
+  TakeCommandFromOpc(tables_, ports_, log_, opc_.Control(ch), ch);
+}
+
+void Publication::Flush(int ch) {
+  if (tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True) UpdateOpc(tables_, opc_.Control(ch), ch);
+  if (tables_.ChanDdeServer[ch] == True && tables_.ChanDdePending[ch] == True) {
+    tables_.ChanDdePending[ch] = False;
+    topics_.UpdateDDELinks(tables_, ch);
+  }
+  if (tables_.ChanUpdatePending[ch] == True) automation_.CallDeviceUpdateMethod(ch);
+  automation_.EndVisit(ch);
+}
+
+void Publication::ConnectOpc(int ch, bool reinit) { ::ConnectOpc(tables_, opc_.Control(ch), log_, ch, reinit); }
+
+void Publication::DisconnectOpc(int ch) { ::DisconnectOpc(opc_.Control(ch), log_, ch); }

@@ -1,0 +1,101 @@
+#include "tests/support/test_plant.h"
+
+#include "core/fixed_tables.h"
+#include "core/scan_engine.h"
+
+void FakePort::Open() {
+  ++opened;
+  if (openError != 0) throw RunTimeError(openError, "COM" + std::to_string(commPort) + " cannot be opened");
+  open = !refuseToOpen;
+}
+
+void FakePort::RequireOpen() const {
+  if (!open) throw RunTimeError(ErrorNumber::SerialPortNotOpen, "The port is not open");
+}
+
+std::size_t FakePort::InBufferCount() {
+  RequireOpen();
+  return waiting.size();
+}
+
+void FakePort::Input(std::string& chunk) {
+  RequireOpen();
+  chunk = waiting;
+  waiting.clear();
+}
+
+void FakePort::Output(std::string_view data) {
+  RequireOpen();
+  sent.emplace_back(data);
+}
+
+SerialPort& FakePorts::Port(int ch) {
+  if (ch < 0 || ch >= static_cast<int>(port.size())) RaiseSubscriptOutOfRange();
+  return port[static_cast<std::size_t>(ch)];
+}
+
+void MemoryFiles::Check(const std::string& path) const {
+  const auto fault = broken.find(path);
+  if (fault != broken.end()) throw RunTimeError(fault->second, "Cannot use " + path);
+}
+
+std::string MemoryFiles::OpenAndRead(const std::string& path) {
+  Check(path);
+  return content[path];
+}
+
+void MemoryFiles::Replace(const std::string& path, std::string_view text) {
+  Check(path);
+  content[path] = text;
+}
+
+void MemoryFiles::Append(const std::string& path, std::string_view line) {
+  Check(path);
+  content[path] += line;
+}
+
+TestPlant::TestPlant()
+    : manager({system, events, ports, files, notice, opc, startupForm, mainForm, dialogs}, "/plant"),
+      tables(manager.Store()),
+      engine(manager.Parts()) {
+  tables.MaxChannel = 31;
+  tables.Timer1Sleep = 0;
+  tables.ChannelsInitialised = True;
+  FillFixedTables(tables);
+  for (int proto = 0; proto < 43; ++proto) {
+    tables.ProtoStatusCount[proto] = -1;
+    tables.ProtoStatusTable[proto].Clear();
+  }
+}
+
+void TestPlant::Connect(int ch, int proto) {
+  tables.ChanProtocol[ch] = proto;
+  tables.ChanEnabled[ch] = True;
+  tables.ChanConnected[ch] = True;
+  tables.ChanPrevStatusBits[ch] = kPrevStatusSentinel;
+  for (auto* last : {&tables.ChanPrevGross[ch], &tables.ChanPrevTare[ch], &tables.ChanPrevNet[ch]}) {
+    *last = kPrevWeightSentinel;
+  }
+  tables.ChanLastRxTick[ch] = tables.ScanTick;
+  ports.port[static_cast<std::size_t>(ch)].open = true;
+}
+
+void TestPlant::AddStatusRow(int proto, const std::vector<std::string>& cells) {
+  std::int32_t& count = tables.ProtoStatusCount[proto];
+  if (count < 0) count = 0;
+  int column = 0;
+  for (const std::string& cell : cells) tables.ProtoStatusTable[proto].SetCell(count, column++, cell);
+  ++count;
+}
+
+void TestPlant::Tick(int ch, std::string_view bytes) {
+  ports.port[static_cast<std::size_t>(ch)].waiting += bytes;
+  Tick();
+}
+
+void TestPlant::Tick() { Timer1Tick(engine); }
+
+std::string TestPlant::LogText(int type) const {
+  const auto file = files.content.find("/plant/" + LogFiles::FileName(type));
+  return file == files.content.end() ? std::string{} : file->second;
+}
