@@ -9,8 +9,9 @@
 /// line a port: number, address in double quotes. An address is a device path or `tcp://host:port`.
 class PortAddresses {
  public:
-  /// Reads the file, created empty if it is missing. Raises for the first damaged line, with file, line and field;
-  /// the lines that are good hold all the same.
+  /// Reads the file in place of what was read before. A missing file is none and is not created: every port has
+  /// its own name then. Raises for the first damaged line, with file, line and field; the lines that are good hold
+  /// all the same.
   void Load(Files& files, const std::string& path);
 
   /// Address of COM `number`; a number without a line is `/dev/ttyS(number-1)`.

@@ -44,6 +44,12 @@ std::string MemoryFiles::OpenAndRead(const std::string& path) {
   return content[path];
 }
 
+std::string MemoryFiles::Read(const std::string& path) {
+  Check(path);
+  const auto file = content.find(path);
+  return file == content.end() ? std::string{} : file->second;
+}
+
 void MemoryFiles::Replace(const std::string& path, std::string_view text) {
   Check(path);
   content[path] = text;

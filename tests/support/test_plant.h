@@ -94,6 +94,7 @@ class MemoryFiles : public Files {
   std::map<std::string, int> broken;
 
   std::string OpenAndRead(const std::string& path) override;
+  std::string Read(const std::string& path) override;
   void Replace(const std::string& path, std::string_view text) override;
   void Append(const std::string& path, std::string_view line) override;
 
