@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+/// The edge between the system's texts, one byte a character, and Qt's.
+
+/// Valid UTF-8 is read as that; any other bytes are Latin-1, so that nothing is ever lost.
+QString ToText(std::string_view bytes);
+
+/// The text as UTF-8.
+std::string ToBytes(const QString& text);
+
+/// As `ToText`, for texts from devices and files that are drawn in one line: control characters become their
+/// pictures, and what would break the line or turn the direction of reading becomes a replacement character.
+QString ToVisibleText(std::string_view bytes);
