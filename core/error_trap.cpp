@@ -7,6 +7,7 @@
 #include "core/engine.h"
 #include "core/fixed_tables.h"
 #include "core/lamps.h"
+#include "core/sentences.h"
 
 namespace {
 
@@ -26,15 +27,14 @@ constexpr DatabaseFault kDatabaseFaults[] = {
 struct PortFault {
   int number;
   std::string_view logText;
-  std::string_view spoken;
+  Occasion occasion;
   std::string_view boxText;
 };
 
 constexpr PortFault kPortFaults[] = {
-    {ErrorNumber::SerialPortInvalid, "Invalid COM: Port Selected.", ",  You have selected an invalid COM port. ",
+    {ErrorNumber::SerialPortInvalid, "Invalid COM: Port Selected.", Occasion::ComPortInvalid,
      "The COM: port you have selected is invalid."},
-    {ErrorNumber::SerialPortInUse, "COM: Port Already In Use.",
-     ",  You have selected a COM port that is already is use. ",
+    {ErrorNumber::SerialPortInUse, "COM: Port Already In Use.", Occasion::ComPortInUse,
      "The COM: port you have selected is already in use..."},
 };
 
@@ -66,13 +66,8 @@ void TakeDatabaseFault(Engine& engine, int ch, const DatabaseFault& kind, const 
 /// the setup shows it.
 void TakePortFault(Engine& engine, int ch, const PortFault& kind) {
   Tables& tables = engine.tables;
-  const std::string number = DisplayNumber(ch);
   LogFromTrap(engine, ChannelPrefix(ch) + "  " + std::string(kind.logText));
-  if (tables.SpeechEnabled == True) {
-    engine.notice.Speak("Attention!, A Tarvex error has occured on Channel " + number + std::string(kind.spoken) +
-                        "I am restoring default com port settings and disabling channel " + number + "now." +
-                        "Please contact Orvane Technical Support if you need additional assistance.");
-  }
+  Say(tables, engine.notice, kind.occasion, ch);
   engine.notice.MessageBox("Tarvex Device Initialization Error",
                            std::string(kind.boxText) + "\r\n" + "Restoring default Tarvex Std. settings now...");
   if (kind.number == ErrorNumber::SerialPortInvalid) {
@@ -97,11 +92,7 @@ void TakePortFault(Engine& engine, int ch, const PortFault& kind) {
 
 void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
   LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(fault));
-  if (engine.tables.SpeechEnabled == True) {
-    engine.notice.Speak("Attention!, A Critical Tarvex error has occured, possibly on Channel " + DisplayNumber(ch) +
-                        ",  The error is number, " + std::to_string(fault.Number()) + " , " + fault.Description() +
-                        " , Please contact Orvane Technical Support with this information.");
-  }
+  Say(engine.tables, engine.notice, Occasion::CriticalError, ch, fault);
   engine.notice.MessageBox(kScanErrorCaption, "Critical Error: " + NumberAndDescription(fault) + "\r\n" +
                                                   "Please Contact Orvane Technical Services...");
   SetLamp(engine.tables, ch, Item::Error, false);

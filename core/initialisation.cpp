@@ -1,11 +1,9 @@
 #include "core/initialisation.h"
 
-#include <string>
-
 #include "core/channel_state.h"
 #include "core/engine.h"
-#include "core/fixed_tables.h"
 #include "core/lamps.h"
+#include "core/sentences.h"
 #include "protocol/number.h"
 
 namespace {
@@ -73,14 +71,7 @@ void OpenSerialPort(Engine& engine, int ch) {
     return;
   }
   ShowInitializationError(tables, ch);
-  if (tables.SpeechEnabled == False) return;
-  const std::string number = DisplayNumber(ch);
-  engine.notice.Speak(
-      "Attention!, A Tarvex error has occured trying to initialize Channel " + number + "'s  COM port. Channel  " +
-      number + " will not be enabled. " + "Please check for other channels that may be set to the same com port. " +
-      "Please un check the ENABLED check box in the upper right hand area of Channel " + number +
-      "'s setup screen to eliminate this message. Please contact " +
-      "Orvane Technical Support if you need additional assistance.");
+  Say(tables, engine.notice, Occasion::ComPortNotOpened, ch);
 }
 
 void OpenArcNetLink(Engine& engine, int ch) {
@@ -93,13 +84,7 @@ void OpenArcNetLink(Engine& engine, int ch) {
   tables.ChanConnected[ch] = False;
   SetCaption(tables, ch, Caption::InitializationError);
   SetLampFlagged(tables, ch, Item::Error, true);
-  if (tables.SpeechEnabled == False) return;
-  const std::string number = DisplayNumber(ch);
-  engine.notice.Speak("Attention!, A Tarvex error has occured trying to initialize Channel " + number +
-                      "'s  ARC NET port. The ARC NET interface may not be functional." +
-                      "Try exiting and then restarting Tarvex. If this error still occurs, " +
-                      "try rebooting the computer. Please contact " +
-                      "Orvane Technical Support if you need additional assistance.");
+  Say(tables, engine.notice, Occasion::ArcNetNotRegistered, ch);
 }
 
 void OpenLink(Engine& engine, int ch) {
