@@ -1,0 +1,33 @@
+#include "core/gdi_timer.h"
+
+#include "core/engine.h"
+#include "core/tick_rate.h"
+
+namespace {
+
+void CountDrawingTick(Engine& engine) {
+  Tables& tables = engine.tables;
+  if (tables.RefreshOpen == False) return;
+  const auto finished = CountTick(tables.GDIRate, tables.GDILastSecond, engine.system.WallSeconds());
+  if (finished) engine.dialogs.ShowRate(3, *finished);
+}
+
+void Rest(Engine& engine) {
+  if (engine.tables.GDITimerSleep > 0) engine.system.Sleep(engine.tables.GDITimerSleep);
+}
+
+}  // namespace
+
+void GDITimerTick(Engine& engine) {
+  const Tables& tables = engine.tables;
+  if (tables.GdiEnabled == False || tables.ScreenPainted == False) return;
+  CountDrawingTick(engine);
+  if (tables.Minimized == True) {
+    Rest(engine);
+    return;
+  }
+  for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
+    for (int item = 0; item < Item::Count; ++item) engine.mainForm.DrawItem(ch, item);
+    Rest(engine);
+  }
+}
