@@ -116,6 +116,17 @@ class RecordingNotice : public OperatorNotice {
   void Speak(std::string_view sentence) override { spoken.emplace_back(sentence); }
 };
 
+/// Hands live values to the test: to `onDetail` if it is set, rates to `rate` by label.
+class RecordingDialogs : public ScanDialogs {
+ public:
+  std::function<void(int element, std::string_view text)> onDetail;
+  std::map<int, int> rate;
+  void ShowDetail(int element, std::string_view text) override {
+    if (onDetail) onDetail(element, text);
+  }
+  void ShowRate(int label, int ticksPerSecond) override { rate[label] = ticksPerSecond; }
+};
+
 /// The real system on a fake outside. The program's folder is "/plant"; nothing is loaded or connected until the
 /// test says so.
 class TestPlant {
@@ -130,7 +141,7 @@ class TestPlant {
   AbsentOpc opc;
   HeadlessStartupForm startupForm;
   HeadlessMainForm mainForm;
-  HeadlessDialogs dialogs;
+  RecordingDialogs dialogs;
   Manager manager;
   Tables& tables;
   Engine& engine;

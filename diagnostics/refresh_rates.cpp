@@ -1,0 +1,75 @@
+#include "diagnostics/refresh_rates.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "core/engine.h"
+#include "core/error_trap.h"
+
+namespace {
+
+/// A position of the slider: it is the place of all values whose scan and drawing intervals and pauses lie below
+/// the bounds, and puts its own values into the boxes. The last one is the place of everything else.
+struct SliderRow {
+  int intervalsBelow;
+  int pausesBelow;
+  RateValues values;
+};
+
+constexpr std::array<SliderRow, kSliderPositions> kSlider = {{
+    {20, 2, {1, 0, 15, 1, 15, 0}},
+    {40, 4, {25, 1, 15, 1, 25, 1}},
+    {0, 0, {50, 5, 15, 1, 50, 5}},
+}};
+
+int Limited(const RateBox& box, int value) { return std::clamp(value, box.lowest, box.highest); }
+
+}  // namespace
+
+RateValues OpenRefresh(Engine& engine) {
+  RateValues values{};
+  for (std::size_t box = 0; box < values.size(); ++box) {
+    const RateBox& rate = kRateTable[box];
+    values[box] = rate.timer ? (engine.events.*rate.timer)().Interval() : engine.tables.*rate.setting;
+  }
+  engine.tables.RefreshOpen = True;
+  return values;
+}
+
+void CloseRefresh(Tables& tables) { tables.RefreshOpen = False; }
+
+int SliderPosition(const RateValues& values) {
+  const int interval = std::max(values[0], values[4]);
+  const int pause = std::max(values[1], values[5]);
+  for (int position = 0; position < kSliderPositions - 1; ++position) {
+    const SliderRow& row = kSlider[static_cast<std::size_t>(position)];
+    if (interval < row.intervalsBelow && pause < row.pausesBelow) return position;
+  }
+  return kSliderPositions - 1;
+}
+
+const RateValues& SliderValues(int position) {
+  if (position < 0 || position >= kSliderPositions) RaiseSubscriptOutOfRange();
+  return kSlider[static_cast<std::size_t>(position)].values;
+}
+
+int RateFromText(int box, std::string_view text, int otherwise) {
+  if (box < 0 || box >= kRateBoxes) RaiseSubscriptOutOfRange();
+  int value = 0;
+  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const RateBox& rate = kRateTable[box];
+  if (fault == std::errc::result_out_of_range) return text.front() == '-' ? rate.lowest : rate.highest;
+  if (fault != std::errc{} || end != text.data() + text.size()) return otherwise;
+  return Limited(rate, value);
+}
+
+void UpdateRates(Engine& engine, const RateValues& values) {
+  for (std::size_t box = 0; box < values.size(); ++box) {
+    const RateBox& rate = kRateTable[box];
+    if (!rate.read) continue;
+    const int value = Limited(rate, values[box]);
+    engine.tables.*rate.setting = value;
+    if (rate.timer) (engine.events.*rate.timer)().SetInterval(value);
+  }
+  ReportFault(engine, [&] { engine.configuration.CfgProc(CfgAction::WriteSystemFile, 0); });
+}
