@@ -85,10 +85,11 @@ void Automation::CallDeviceUpdateMethod(int ch) {
   device.CCmdParm = tables_.ChanCmdParm[ch];
   device.CCmdStat = Narrow(tables_.ChanCmdStatus[ch], "CCmdStat");
   written_[ch] |= DeviceField::Cmd | DeviceField::CmdParm | DeviceField::CmdStat;
+  AnnounceFields(ch);  // a client that keeps copies of the fields has the new ones when the event comes
   device.CDoUpdate();
 }
 
-void Automation::EndVisit(int ch) {
+void Automation::AnnounceFields(int ch) {
   const unsigned fields = written_[ch];
   if (fields == 0) return;
   written_[ch] = 0;

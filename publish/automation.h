@@ -23,10 +23,11 @@ class Automation {
   /// Writes one field of the channel's object, without an event. Kinds are those of `SetVal`: 1 gross, 2 tare,
   /// 3 net, 6 status word, 10 description; any other kind, or a channel above 31, does nothing.
   void UpdateActiveX(int kind, int ch);
-  /// Hands the command state to the object and raises `CUpdate`. Raises 6 if a value does not fit 16 bits.
+  /// Hands the command state to the object, announces the fields and raises `CUpdate`.
+  /// Raises 6 if a value does not fit 16 bits.
   void CallDeviceUpdateMethod(int ch);
-  /// Tells the watcher what was written in the visit that now ends.
-  void EndVisit(int ch);
+  /// Tells the watcher which fields were written since the last time; nothing if there are none.
+  void AnnounceFields(int ch);
 
  private:
   struct Handler;

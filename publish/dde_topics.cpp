@@ -25,16 +25,26 @@ int DdeTopics::FormOf(std::string_view topic) {
   return -1;
 }
 
-void DdeTopics::SetItemText(int form, int item, std::string_view text) {
+bool DdeTopics::Store(int form, int item, std::string_view text) {
   std::string& stored = texts_[form][item];
-  if (stored == text) return;
+  if (stored == text) return false;
   stored = text;
-  if (watcher_ != nullptr) watcher_->ItemChanged(form, item);
+  return true;
+}
+
+void DdeTopics::Tell(int form, unsigned items) {
+  if (items != 0 && watcher_ != nullptr) watcher_->ItemsChanged(form, items);
+}
+
+void DdeTopics::SetItemText(int form, int item, std::string_view text) {
+  if (Store(form, item, text)) Tell(form, 1U << item);
 }
 
 void DdeTopics::UpdateDDELinks(const Tables& tables, int ch) {
   if (ch < 0 || ch >= kChannels) return;
+  unsigned changed = 0;
   for (int item = 0; item < static_cast<int>(kDdeItemNames.size()); ++item) {
-    SetItemText(ch, item, SlotText(tables.ChanDdeItems[ch][item]).View());
+    if (Store(ch, item, SlotText(tables.ChanDdeItems[ch][item]).View())) changed |= 1U << item;
   }
+  Tell(ch, changed);
 }

@@ -10,12 +10,12 @@
 inline constexpr std::array<std::string_view, 7> kDdeItemNames = {"Gross", "Tare",    "Net",    "ScaleStat",
                                                                   "Cmd",   "CmdParm", "CmdStat"};
 
-/// Told of each item text that changes, for clients on an advise link.
+/// Told of item texts that change, for clients on an advise link.
 class DdeItemWatcher {
  public:
   virtual ~DdeItemWatcher() = default;
-  /// `form` 0 to 31, `item` 0 to 6.
-  virtual void ItemChanged(int form, int item) = 0;
+  /// `form` 0 to 31; bit n of `items` stands for item n. Called once an update, however many items it changed.
+  virtual void ItemsChanged(int form, unsigned items) = 0;
 };
 
 /// The 32 hidden forms `DDEForm0` to `DDEForm31`: plain holders of the item texts that link clients read.
@@ -27,6 +27,8 @@ class DdeTopics {
   static int FormOf(std::string_view topic);
 
   void SetWatcher(DdeItemWatcher* watcher) { watcher_ = watcher; }
+  /// Empties all items, as they are before the first update.
+  void Clear() { texts_ = {}; }
 
   /// Raise 9 outside 0 to 31 and 0 to 6.
   const std::string& Request(int form, int item) const { return texts_[form][item]; }
@@ -38,6 +40,10 @@ class DdeTopics {
   void UpdateDDELinks(const Tables& tables, int ch);
 
  private:
+  /// True if the text is another one than before.
+  bool Store(int form, int item, std::string_view text);
+  void Tell(int form, unsigned items);
+
   Table<Table<std::string, 7>, kChannels> texts_;
   DdeItemWatcher* watcher_ = nullptr;
 };

@@ -6,7 +6,7 @@
 #include "core/tables.h"
 #include "publish/device.h"
 
-/// Fields of a `Device` that the program writes, as bits.
+/// Fields of a `Device` as bits. The program writes all of them but `DeviceID`.
 namespace DeviceField {
 inline constexpr unsigned DeviceDesc = 1U << 0;
 inline constexpr unsigned Cmd = 1U << 1;
@@ -16,9 +16,11 @@ inline constexpr unsigned Gross = 1U << 4;
 inline constexpr unsigned Tare = 1U << 5;
 inline constexpr unsigned Net = 1U << 6;
 inline constexpr unsigned ScaleStat = 1U << 7;
+inline constexpr unsigned DeviceID = 1U << 8;
 }  // namespace DeviceField
 
-/// Told once at the end of a visit which fields of `DeviceObjects(index)` the program has written in it.
+/// Told once a visit which fields of `DeviceObjects(index)` the program has written in it, before `CUpdate` if the
+/// visit raises it.
 class DeviceFieldWatcher {
  public:
   virtual ~DeviceFieldWatcher() = default;

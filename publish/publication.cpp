@@ -27,7 +27,7 @@ Publication::Publication(Tables& tables, SerialPorts& ports, OpcControls& opc, L
       dialogs_(dialogs),
       automation_(tables) {}
 
-void Publication::CreateTopics() { topics_ = DdeTopics(); }
+void Publication::CreateTopics() { topics_.Clear(); }
 
 void Publication::BindDevices() { automation_.BindDevices(); }
 
@@ -111,7 +111,7 @@ void Publication::Flush(int ch) {
     topics_.UpdateDDELinks(tables_, ch);
   }
   if (tables_.ChanUpdatePending[ch] == True) automation_.CallDeviceUpdateMethod(ch);
-  automation_.EndVisit(ch);
+  automation_.AnnounceFields(ch);
 }
 
 void Publication::ConnectOpc(int ch, bool reinit) { ::ConnectOpc(tables_, opc_.Control(ch), log_, ch, reinit); }

@@ -1,0 +1,147 @@
+#include "platform/dbus/bus_link.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr std::chrono::seconds kRetry{2};
+/// A client that floods the bus gets this many calls served before the timers have their turn.
+constexpr int kMessagesARound = 32;
+constexpr std::uint64_t kMostWaiting = 256;
+constexpr std::uint64_t kNever = UINT64_MAX;
+
+/// Time from now to a time of the monotonic clock in microseconds, rounded up.
+std::chrono::milliseconds Until(std::uint64_t microseconds) {
+  using namespace std::chrono;
+  const auto now = duration_cast<std::chrono::microseconds>(steady_clock::now().time_since_epoch());
+  const auto left = std::chrono::microseconds(static_cast<std::int64_t>(microseconds)) - now;
+  return std::max(ceil<milliseconds>(left), milliseconds::zero());
+}
+
+}  // namespace
+
+BusLink::BusLink(std::string name, Hooks hooks) : name_(std::move(name)), hooks_(std::move(hooks)) {
+  retry_.setSingleShot(true);
+  due_.setSingleShot(true);
+  QObject::connect(&readable_, &QSocketNotifier::activated, [this] { Process(); });
+  QObject::connect(&writable_, &QSocketNotifier::activated, [this] { Process(); });
+  QObject::connect(&due_, &QTimer::timeout, [this] { Process(); });
+  QObject::connect(&retry_, &QTimer::timeout, [this] { Connect(); });
+}
+
+void BusLink::Start() {
+  if (!bus_) Connect();
+}
+
+void BusLink::Stop() {
+  Close();
+  state_ = State::Unknown;
+}
+
+void BusLink::Close() {
+  for (QTimer* timer : {&retry_, &due_}) timer->stop();
+  for (QSocketNotifier* notifier : {&readable_, &writable_}) notifier->setEnabled(false);
+  bus_.reset();
+}
+
+bool BusLink::Congested() {
+  std::uint64_t waiting = 0;
+  if (bus_) sd_bus_get_n_queued_write(bus_.get(), &waiting);
+  congested_ = waiting > (congested_ ? 0 : kMostWaiting);
+  if (congested_) flushRequested_ = true;
+  return congested_;
+}
+
+void BusLink::Sent() {
+  std::uint64_t waiting = 0;
+  if (bus_ && sd_bus_get_n_queued_write(bus_.get(), &waiting) >= 0 && waiting > 0) writable_.setEnabled(true);
+}
+
+void BusLink::Connect() {
+  const int result = Open();
+  if (result < 0) return Lose(result);
+  Rearm();
+}
+
+int BusLink::Open() {
+  sd_bus* bus = nullptr;
+  int result = sd_bus_open_user(&bus);
+  if (result < 0) return result;
+  bus_.reset(bus);
+  congested_ = flushRequested_ = false;
+  result = hooks_.connected(bus);
+  if (result < 0) return result;
+  result = sd_bus_match_signal_async(bus, nullptr, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                     "org.freedesktop.DBus", "NameAcquired", OnNameAcquired, nullptr, this);
+  if (result < 0) return result;
+  return sd_bus_request_name_async(bus, nullptr, name_.c_str(), SD_BUS_NAME_QUEUE, OnNameAnswer, this);
+}
+
+void BusLink::Lose(int error) {
+  Close();
+  retry_.start(kRetry);
+  Enter(State::NoBus, std::string("No session bus (") + std::strerror(-error) +
+                          "): other programs cannot reach the system until there is one");
+}
+
+void BusLink::Process() {
+  for (int message = 0; message < kMessagesARound; ++message) {
+    const int result = sd_bus_process(bus_.get(), nullptr);
+    if (result < 0) return Lose(result);
+    if (result == 0) break;
+  }
+  if (flushRequested_ && !Congested()) {
+    flushRequested_ = false;
+    hooks_.flush();
+  }
+  Rearm();
+}
+
+void BusLink::Rearm() {
+  const int descriptor = sd_bus_get_fd(bus_.get());
+  const int events = sd_bus_get_events(bus_.get());
+  if (descriptor < 0 || events < 0) return Lose(std::min(descriptor, events));
+  for (auto [notifier, event] : {std::pair{&readable_, POLLIN}, std::pair{&writable_, POLLOUT}}) {
+    if (notifier->socket() != descriptor) notifier->setSocket(descriptor);
+    notifier->setEnabled((events & event) != 0);
+  }
+  std::uint64_t due = kNever;
+  if (sd_bus_get_timeout(bus_.get(), &due) >= 0 && due != kNever) {
+    due_.start(Until(due));
+  } else {
+    due_.stop();
+  }
+}
+
+void BusLink::Enter(State state, const std::string& text) {
+  if (state_ == state) return;
+  state_ = state;
+  hooks_.log(text);
+}
+
+int BusLink::OnNameAnswer(sd_bus_message* answer, void* link, sd_bus_error*) {
+  constexpr std::uint32_t kInQueue = 2;
+  std::uint32_t result = kInQueue;  // an error of the bus: the name is not ours either
+  if (sd_bus_message_is_method_error(answer, nullptr) == 0) sd_bus_message_read(answer, "u", &result);
+  auto& self = *static_cast<BusLink*>(link);
+  if (result == kInQueue) {
+    self.Enter(State::NameTaken, "Session bus: another program owns " + self.name_ + "; waiting for it to end");
+  }
+  return 0;
+}
+
+int BusLink::OnNameAcquired(sd_bus_message* signal, void* link, sd_bus_error*) {
+  const char* name = nullptr;
+  auto& self = *static_cast<BusLink*>(link);
+  if (sd_bus_message_read(signal, "s", &name) >= 0 && self.name_ == name) {
+    self.Enter(State::Owner, "Session bus: other programs reach the system as " + self.name_);
+  }
+  return 0;
+}
