@@ -128,11 +128,14 @@ void BusLink::Enter(State state, const std::string& text) {
 
 int BusLink::OnNameAnswer(sd_bus_message* answer, void* link, sd_bus_error*) {
   constexpr std::uint32_t kInQueue = 2;
-  std::uint32_t result = kInQueue;  // an error of the bus: the name is not ours either
-  if (sd_bus_message_is_method_error(answer, nullptr) == 0) sd_bus_message_read(answer, "u", &result);
   auto& self = *static_cast<BusLink*>(link);
-  if (result == kInQueue) {
+  const sd_bus_error* error = sd_bus_message_get_error(answer);
+  std::uint32_t result = 0;
+  if (error == nullptr && sd_bus_message_read(answer, "u", &result) >= 0 && result == kInQueue) {
     self.Enter(State::NameTaken, "Session bus: another program owns " + self.name_ + "; waiting for it to end");
+  }
+  if (error != nullptr && sd_bus_error_has_name(error, SD_BUS_ERROR_NO_REPLY) == 0) {  // not the bus going away
+    self.Enter(State::NameTaken, "Session bus: " + self.name_ + " is refused: " + error->message);
   }
   return 0;
 }
