@@ -1,0 +1,148 @@
+#include "platform/posix/posix_serial_port.h"
+
+#include <algorithm>
+
+#include "platform/posix/line_settings.h"
+#include "platform/posix/tcp_link.h"
+#include "platform/posix/tty_link.h"
+#include "platform/run_time_error.h"
+
+namespace {
+
+constexpr std::size_t kInputLimit = 64 * 1024;   // bytes a port takes in a tick, so that a burst cannot hold it up
+constexpr std::size_t kReadSize = 2048;          // below what a terminal driver keeps: a shorter read emptied it
+constexpr std::size_t kOutputLimit = 64 * 1024;  // bytes
+constexpr std::int64_t kRetryAfter = 1000;       // milliseconds
+
+}  // namespace
+
+std::string PosixSerialPort::Who(const std::string& address) const {
+  return "COM" + std::to_string(commPort_) + " (" + address + ")";
+}
+
+std::unique_ptr<Link> PosixSerialPort::MakeLink() const {
+  const std::string address = surroundings_.addressOf(commPort_);
+  const std::string who = Who(address);
+  const auto settings = ParseLineSettings(settings_);
+  if (!settings) {
+    throw RunTimeError(ErrorNumber::SerialPortInvalid,
+                       who + " cannot be opened: \"" + settings_ + "\" is no setting of a serial line.");
+  }
+  if (auto server = ParseTcpAddress(address)) return std::make_unique<TcpLink>(*std::move(server));
+  if (address.starts_with('/')) return std::make_unique<TtyLink>(who, address, *settings, handshaking_ != 0);
+  throw RunTimeError(ErrorNumber::SerialPortInvalid,
+                     who +
+                         " cannot be opened: the address is neither a device path such as /dev/ttyS0 nor "
+                         "tcp://host:port.");
+}
+
+void PosixSerialPort::Open() {
+  if (PortOpen()) return;
+  std::unique_ptr<Link> link = MakeLink();
+  if (surroundings_.heldAddresses.contains(link->Address())) {
+    throw RunTimeError(ErrorNumber::SerialPortInUse,
+                       Who(link->Address()) + " cannot be opened: another channel is using the device.");
+  }
+  link->Connect();
+  input_ = std::make_unique_for_overwrite<char[]>(kInputLimit);
+  surroundings_.heldAddresses.insert(link->Address());
+  link_ = std::move(link);
+  nextTry_ = surroundings_.clock() + kRetryAfter;
+  Watch();
+}
+
+void PosixSerialPort::Close() {
+  if (!PortOpen()) return;
+  surroundings_.heldAddresses.erase(link_->Address());
+  link_.reset();
+  input_.reset();
+  inputSize_ = 0;
+  output_.clear();
+  Watch();
+}
+
+void PosixSerialPort::RequireOpen() const {
+  if (!PortOpen()) {
+    throw RunTimeError(ErrorNumber::SerialPortNotOpen, "COM" + std::to_string(commPort_) + " is not open.");
+  }
+}
+
+std::size_t PosixSerialPort::InBufferCount() {
+  RequireOpen();
+  return inputSize_;
+}
+
+void PosixSerialPort::Input(std::string& chunk) {
+  RequireOpen();
+  chunk.assign(input_.get(), inputSize_);
+  inputSize_ = 0;
+}
+
+void PosixSerialPort::Output(std::string_view data) {
+  RequireOpen();
+  if (link_->Now() != Link::State::Connected || output_.size() >= kOutputLimit) return;
+  const bool lineWasFree = output_.empty();
+  output_ += data;
+  if (lineWasFree) Send();
+}
+
+void PosixSerialPort::Prepare() {
+  if (!PortOpen() || link_->Now() == Link::State::Connected) return;
+  if (link_->Now() == Link::State::Connecting) {
+    link_->Progress(0);
+  } else if (surroundings_.clock() >= nextTry_) {
+    nextTry_ = surroundings_.clock() + kRetryAfter;
+    try {
+      link_->Connect();
+    } catch (const RunTimeError&) {
+      // still away
+    }
+  }
+  Watch();
+}
+
+void PosixSerialPort::Serve() {
+  if (link_->Now() == Link::State::Connecting) {
+    link_->Progress(slot_.revents);
+    return Watch();
+  }
+  if ((slot_.revents & ~POLLOUT) != 0) Receive();
+  if ((slot_.revents & POLLOUT) != 0 && link_->Now() == Link::State::Connected) Send();
+}
+
+void PosixSerialPort::Receive() {
+  bool deviceGone = (slot_.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+  while (inputSize_ < kInputLimit) {
+    const std::size_t asked = std::min(kReadSize, kInputLimit - inputSize_);
+    const auto count = link_->Read(input_.get() + inputSize_, asked);
+    if (!count) return GiveUpDevice();
+    inputSize_ += *count;
+    if (*count > 0) deviceGone = false;  // it had something left to say
+    if (*count < asked) break;
+  }
+  if (deviceGone && inputSize_ < kInputLimit) GiveUpDevice();
+}
+
+void PosixSerialPort::Send() {
+  if (!output_.empty()) {
+    const auto count = link_->Write(output_);
+    if (!count) return GiveUpDevice();
+    output_.erase(0, *count);
+  }
+  Watch();
+}
+
+void PosixSerialPort::GiveUpDevice() {
+  link_->Disconnect();
+  output_.clear();
+  nextTry_ = surroundings_.clock() + kRetryAfter;
+  Watch();
+}
+
+void PosixSerialPort::Watch() {
+  slot_.revents = 0;
+  slot_.fd = PortOpen() ? link_->Handle() : -1;
+  const bool wantsOutput = !output_.empty() || (PortOpen() && link_->Now() == Link::State::Connecting);
+  const bool wantsInput = PortOpen() && link_->Now() == Link::State::Connected;
+  slot_.events = static_cast<short>((wantsInput ? POLLIN : 0) | (wantsOutput ? POLLOUT : 0));
+}

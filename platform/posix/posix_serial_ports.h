@@ -1,0 +1,29 @@
+#pragma once
+
+#include <array>
+#include <deque>
+
+#include "platform/posix/posix_serial_port.h"
+
+/// Milliseconds of a clock that never runs backwards.
+std::int64_t MonotonicMilliseconds();
+
+/// The control array on real devices, pseudo-terminals and device servers. One poll() a tick covers all ports; a
+/// silent port costs nothing more.
+class PosixSerialPorts : public SerialPorts {
+ public:
+  /// `addressOf` gives the address of a COM number, asked each time a port is opened: a device path or
+  /// `tcp://host:port`.
+  explicit PosixSerialPorts(std::function<std::string(int comNumber)> addressOf,
+                            std::function<std::int64_t()> clock = MonotonicMilliseconds);
+
+  SerialPort& Port(int ch) override;
+  void Poll() override;
+
+ private:
+  static constexpr std::size_t kPorts = 32;
+
+  PortSurroundings surroundings_;
+  std::array<pollfd, kPorts> slots_;
+  std::deque<PosixSerialPort> ports_;
+};

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/posix/descriptor.h"
+#include "platform/posix/posix_serial_ports.h"
+
+/// Waits until `condition` holds, 10 seconds at most; false if it never did.
+bool Eventually(const std::function<bool()>& condition);
+
+/// Descriptors this process holds open.
+std::size_t OpenDescriptors();
+
+/// A folder of the test's own, removed with all it holds.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder();
+  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+/// Runs `work` in a second process, which ends with what it returns.
+class OtherProcess {
+ public:
+  explicit OtherProcess(const std::function<int()>& work);
+  OtherProcess(const OtherProcess&) = delete;
+  OtherProcess& operator=(const OtherProcess&) = delete;
+  ~OtherProcess() { Kill(); }
+  int ExitStatus();
+  void Kill();
+
+ private:
+  pid_t pid_;
+};
+
+/// The device's end of a line: a scale at the other side of a pseudo-terminal, or a device server's connection.
+class FarEnd {
+ public:
+  FarEnd() = default;
+  explicit FarEnd(int handle) : handle_(handle) {}
+  /// What the line takes of `data` at once, in bytes.
+  std::size_t SendSome(std::string_view data);
+  /// All that has arrived and was not taken yet.
+  std::string Take();
+  /// Waits for `size` bytes.
+  std::string Take(std::size_t size);
+  /// The plug is pulled; bytes on the way are lost.
+  void Pull() { handle_.Close(); }
+  int Handle() const { return handle_.Get(); }
+
+ private:
+  Descriptor handle_;
+};
+
+/// A scale on a pseudo-terminal; `Path` is where the line's other end is opened.
+class Scale : public FarEnd {
+ public:
+  Scale();
+  std::string Path() const;
+};
+
+/// A device server on this machine. It takes no connection until the test accepts one.
+class DeviceServer {
+ public:
+  DeviceServer();
+  /// `tcp://HOST:port`
+  std::string Address(std::string_view host = "127.0.0.1") const;
+  bool HasCaller() const;
+  FarEnd Accept();
+  void Stop() { listener_.Close(); }
+  void Start();
+
+ private:
+  Descriptor listener_;
+  int port_ = 0;
+};
+
+/// The ports under a clock turned by hand. COM1 stands for `address`; every other port has what `addressOf` says.
+struct PlantFloor {
+  std::string address;
+  std::function<std::string(int)> addressOf = [this](int) { return address; };
+  std::int64_t milliseconds = 0;
+  PosixSerialPorts ports{[this](int number) { return addressOf(number); }, [this] { return milliseconds; }};
+
+  PlantFloor() = default;
+  explicit PlantFloor(std::string firstAddress) : address(std::move(firstAddress)) {}
+
+  SerialPort& Open(int ch = 0, const char* settings = "9600,N,8,1", int handshaking = 0);
+  /// Error number that opening channel `ch` raises, 0 for none.
+  int OpeningFault(int ch);
+  /// Polls until `size` bytes more have arrived at channel 0, and takes them.
+  std::string Receive(std::size_t size);
+  /// Lets `duration` milliseconds pass and polls.
+  void Pass(std::int64_t duration);
+  /// The scale sends `text`, the port must see exactly that, and the other way round.
+  void ExpectTalk(FarEnd& device, const std::string& text = "ping");
+};

@@ -1,0 +1,233 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <termios.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "core/fixed_tables.h"
+#include "core/tables.h"
+#include "platform/run_time_error.h"
+#include "tests/platform/plant_floor.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+std::string AllBytes() {
+  std::string all(256, '\0');
+  for (int byte = 0; byte < 256; ++byte) all[static_cast<std::size_t>(byte)] = static_cast<char>(byte);
+  return all;
+}
+
+}  // namespace
+
+TEST(SerialLine, EverySettingOfTheSetupScreenOpensAndCarriesEveryByteBothWays) {
+  const auto tables = std::make_unique<Tables>();
+  FillFixedTables(*tables);
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  for (const std::string& settings : tables->PortSettingsTable) {
+    SCOPED_TRACE(settings);
+    SerialPort& port = floor.Open(0, settings.c_str());
+    floor.ExpectTalk(scale, AllBytes());
+    port.Close();
+  }
+}
+
+TEST(SerialLine, WithXonXoffTheDeviceHoldsOutputUpAndTheTwoBytesAreNoData) {
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  SerialPort& port = floor.Open(0, "9600,N,8,1", 1);
+  scale.SendSome(
+      "a\x13"
+      "b");
+  EXPECT_EQ(floor.Receive(2), "ab");
+  port.Output("held");
+  EXPECT_EQ(scale.Take(), "");
+  scale.SendSome(
+      "\x11"
+      "c");
+  EXPECT_EQ(floor.Receive(1), "c");
+  floor.ports.Poll();
+  EXPECT_EQ(scale.Take(4), "held");
+}
+
+TEST(SerialLine, BytesFromBeforeTheOpeningAreNoWeightOfNow) {
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  SerialPort& port = floor.Open();
+  scale.SendSome("stale");
+  EXPECT_TRUE(Eventually([&] { return floor.ports.Poll(), port.InBufferCount() == 5; }));
+  port.Close();
+  scale.SendSome("older");
+  floor.Open();
+  floor.ExpectTalk(scale);
+}
+
+TEST(SerialLine, AnAddressThatLeadsToNoSerialDeviceIsAnInvalidPort) {
+  TemporaryFolder folder;
+  Descriptor plainFile(open((folder / "file").c_str(), O_CREAT | O_WRONLY, 0600));
+  const struct {
+    std::string address;
+    const char* reason;
+  } cases[] = {
+      {folder.Path(), "folder"},
+      {folder / "absent", "no such device"},
+      {folder / "file/below", "no such device"},
+      {folder / "file", "file, not a device"},
+      {"/dev/null", "not a serial port"},
+      {"", "neither a device path"},
+      {"COM1", "neither a device path"},
+      {"tcp://", "neither a device path"},
+      {"tcp://server", "neither a device path"},
+      {"tcp://:4001", "neither a device path"},
+      {"tcp://server:0", "neither a device path"},
+      {"tcp://server:65536", "neither a device path"},
+      {"tcp://server:40x1", "neither a device path"},
+      {"tcp://a:b:4001", "neither a device path"},
+  };
+  for (const auto& bad : cases) {
+    SCOPED_TRACE(bad.address);
+    PlantFloor floor(bad.address);
+    try {
+      floor.Open(4);
+      ADD_FAILURE() << "opened";
+    } catch (const RunTimeError& fault) {
+      EXPECT_EQ(fault.Number(), ErrorNumber::SerialPortInvalid);
+      EXPECT_THAT(fault.Description(), HasSubstr("COM5 (" + bad.address + ")"));
+      EXPECT_THAT(fault.Description(), HasSubstr(bad.reason));
+    }
+    EXPECT_FALSE(floor.ports.Port(4).PortOpen());
+  }
+}
+
+TEST(SerialLine, ADeviceTheUserMayNotUseIsInvalidAndTheReasonIsTold) {
+  Scale scale;
+  ASSERT_EQ(chmod(scale.Path().c_str(), 0), 0);
+  OtherProcess user([&] {
+    if (geteuid() == 0 && setuid(65534) != 0) return 2;
+    try {
+      PlantFloor(scale.Path()).Open();
+    } catch (const RunTimeError& fault) {
+      const bool told = fault.Description().find("permission denied") != std::string::npos;
+      return fault.Number() == ErrorNumber::SerialPortInvalid && told ? 0 : 1;
+    }
+    return 3;
+  });
+  EXPECT_EQ(user.ExitStatus(), 0);
+}
+
+TEST(SerialLine, SettingsThatAreNoneAreAnInvalidPort) {
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  EXPECT_THROW(floor.Open(0, "fast"), RunTimeError);
+  EXPECT_FALSE(floor.ports.Port(0).PortOpen());
+}
+
+TEST(SerialLine, TwoChannelsCannotShareADeviceWhateverNamesTheyUse) {
+  Scale scale;
+  TemporaryFolder folder;
+  std::filesystem::create_symlink(scale.Path(), folder / "by-id");
+  PlantFloor floor(scale.Path());
+  floor.Open(0);
+  EXPECT_EQ(floor.OpeningFault(1), ErrorNumber::SerialPortInUse);
+  floor.address = folder / "by-id";
+  EXPECT_EQ(floor.OpeningFault(1), ErrorNumber::SerialPortInUse);
+  floor.ports.Port(0).Close();
+  EXPECT_EQ(floor.OpeningFault(1), 0);
+}
+
+TEST(SerialLine, ADeviceHeldByAnotherProgramIsInUseUntilThatProgramEnds) {
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  Descriptor shared(open(scale.Path().c_str(), O_RDWR | O_NOCTTY));
+  OtherProcess other([&] {
+    PlantFloor elsewhere(scale.Path());
+    elsewhere.Open();
+    elsewhere.ports.Port(0).Output("!");
+    while (true) pause();
+    return 0;
+  });
+  ASSERT_EQ(scale.Take(1), "!");
+  EXPECT_EQ(floor.OpeningFault(0), ErrorNumber::SerialPortInUse);
+  EXPECT_FALSE(floor.ports.Port(0).PortOpen());
+  other.Kill();
+  EXPECT_EQ(floor.OpeningFault(0), 0);
+  EXPECT_NE(flock(shared.Get(), LOCK_EX | LOCK_NB), 0) << "other programs must find the device locked";
+}
+
+TEST(SerialLine, ABurstOfTenMegabytesIsTakenInBoundedStepsAndNothingIsLost) {
+  constexpr std::size_t kBurst = 10'000'000;
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  SerialPort& port = floor.Open();
+  std::string pattern(1 << 16, '\0');
+  for (std::size_t i = 0; i < pattern.size(); ++i) pattern[i] = static_cast<char>(i * 7 + (i >> 8));
+  const auto at = [&](std::size_t i) { return pattern[i % pattern.size()]; };
+
+  std::size_t sent = 0;
+  std::size_t received = 0;
+  std::string chunk;
+  const bool complete = Eventually([&] {
+    for (std::size_t took = 1; took > 0 && sent < kBurst;) {
+      const std::size_t from = sent % pattern.size();
+      took = scale.SendSome(std::string_view(pattern).substr(from, std::min(pattern.size() - from, kBurst - sent)));
+      sent += took;
+      floor.ports.Poll();
+      EXPECT_LE(port.InBufferCount(), 64u * 1024);
+    }
+    floor.ports.Poll();
+    port.Input(chunk);
+    for (char byte : chunk) {
+      if (byte != at(received++)) return ADD_FAILURE() << "byte " << received, true;
+    }
+    return received == kBurst;
+  });
+  EXPECT_TRUE(complete) << received << " bytes arrived";
+}
+
+TEST(SerialLine, WhatAStuckLineDoesNotTakeFollowsInOrderAndWholeTextsOnly) {
+  Scale scale;
+  PlantFloor floor(scale.Path());
+  SerialPort& port = floor.Open();
+  std::string sent;
+  for (int number = 0; number < 400; ++number) {
+    const std::string text = std::to_string(number) + std::string(1000, '.') + "\n";
+    port.Output(text);
+    sent += text;
+  }
+  std::string received;
+  Eventually([&] {
+    floor.ports.Poll();
+    const std::string more = scale.Take();
+    received += more;
+    return more.empty() && !received.empty() && received.back() == '\n';
+  });
+  EXPECT_GT(received.size(), 64u * 1024);
+  EXPECT_LT(received.size(), 200u * 1024) << "a line that takes nothing may not eat memory";
+  EXPECT_TRUE(sent.starts_with(received));
+  EXPECT_EQ(received.back(), '\n');
+}
+
+TEST(SerialLine, AClosedPortRaisesNotOpenAndAChannelOutsideTheArrayASubscript) {
+  PlantFloor floor("/dev/null");
+  SerialPort& port = floor.ports.Port(31);
+  std::string chunk;
+  const auto number = [](const std::function<void()>& step) {
+    try {
+      step();
+    } catch (const RunTimeError& fault) {
+      return fault.Number();
+    }
+    return 0;
+  };
+  EXPECT_EQ(number([&] { port.InBufferCount(); }), ErrorNumber::SerialPortNotOpen);
+  EXPECT_EQ(number([&] { port.Input(chunk); }), ErrorNumber::SerialPortNotOpen);
+  EXPECT_EQ(number([&] { port.Output(""); }), ErrorNumber::SerialPortNotOpen);
+  EXPECT_EQ(number([&] { floor.ports.Port(32); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(number([&] { floor.ports.Port(-1); }), ErrorNumber::SubscriptOutOfRange);
+}

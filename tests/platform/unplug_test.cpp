@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+
+#include "platform/run_time_error.h"
+#include "tests/platform/plant_floor.h"
+
+namespace {
+
+/// A cable with a stable name: the name leads to the scale that is plugged in, if one is.
+class Unplug : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::optional<Scale> scale;
+  PlantFloor floor{folder / "by-id"};
+
+  void SetUp() override {
+    PlugIn();
+    floor.Open();
+  }
+  void PlugIn() {
+    scale.emplace();
+    std::filesystem::create_symlink(scale->Path(), floor.address);
+  }
+  void PullOut() {
+    scale.reset();
+    std::filesystem::remove(floor.address);
+  }
+};
+
+}  // namespace
+
+TEST_F(Unplug, APulledDeviceReadsAsSilenceAndIsBackWithinASecondOfItsReturn) {
+  SerialPort& port = floor.ports.Port(0);
+  PullOut();
+  floor.ports.Poll();
+  port.Output("lost on the way");
+  EXPECT_TRUE(port.PortOpen());
+  EXPECT_EQ(port.InBufferCount(), 0u);
+
+  PlugIn();
+  floor.Pass(999);
+  EXPECT_EQ(scale->SendSome("early"), 5u);
+  EXPECT_EQ(port.InBufferCount(), 0u) << "looked for more often than once a second";
+  floor.Pass(1);
+  floor.ExpectTalk(*scale, "back");
+}
+
+TEST_F(Unplug, AReturnedDeviceThatAnotherProgramTookFirstStaysSilentUntilItIsFree) {
+  PullOut();
+  floor.ports.Poll();
+  PlugIn();
+  PlantFloor other(floor.address);
+  other.Open();
+  floor.Pass(1000);
+  EXPECT_TRUE(floor.ports.Port(0).PortOpen());
+  other.ExpectTalk(*scale, "other");
+  other.ports.Port(0).Close();
+  floor.Pass(1000);
+  floor.ExpectTalk(*scale, "mine");
+}
+
+TEST_F(Unplug, ADeviceThatIsAwayStillBelongsToItsChannel) {
+  PullOut();
+  floor.ports.Poll();
+  PlugIn();
+  EXPECT_EQ(floor.OpeningFault(1), ErrorNumber::SerialPortInUse);
+}
+
+TEST_F(Unplug, AThousandPullsLeakNoHandle) {
+  floor.ExpectTalk(*scale);
+  const std::size_t before = OpenDescriptors();
+  for (int pull = 0; pull < 1000; ++pull) {
+    PullOut();
+    floor.Pass(1);
+    PlugIn();
+    floor.Pass(1000);
+  }
+  floor.ExpectTalk(*scale);
+  EXPECT_LE(OpenDescriptors(), before);
+  floor.ports.Port(0).Close();
+  EXPECT_LE(OpenDescriptors(), before - 1);
+}
