@@ -1,0 +1,123 @@
+#include "config/format_file.h"
+
+#include <memory>
+#include <string>
+
+#include "config/cfg_line.h"
+#include "core/fixed_tables.h"
+
+namespace {
+
+template <int Kind>
+CfgCell CommandText(Tables& tables, int proto, int command) {
+  return &tables.ProtoCmdText[Kind][command][proto];
+}
+
+CfgCell CommandEnabled(Tables& tables, int proto, int command) { return &tables.ProtoCmdEnabled[command][proto]; }
+
+/// Lines 1 to 6. The defaults are what a protocol without a file runs with.
+constexpr CfgFieldRow kHeadLines[][3] = {
+    {{"ProtoReserved", SettingOf<&Tables::ProtoReserved>},
+     {"ProtoStartChar", SettingOf<&Tables::ProtoStartChar>},
+     {"ProtoTerminator", SettingOf<&Tables::ProtoTerminator>}},
+    {{"ProtoGrossPos", SettingOf<&Tables::ProtoGrossPos>, 0},
+     {"ProtoGrossLen", SettingOf<&Tables::ProtoGrossLen>, 0},
+     {"ProtoGrossEnable", SettingOf<&Tables::ProtoGrossEnable>, false}},
+    {{"ProtoTarePos", SettingOf<&Tables::ProtoTarePos>, 0},
+     {"ProtoTareLen", SettingOf<&Tables::ProtoTareLen>, 0},
+     {"ProtoTareEnable", SettingOf<&Tables::ProtoTareEnable>, false}},
+    {{"ProtoNetPos", SettingOf<&Tables::ProtoNetPos>, 0},
+     {"ProtoNetLen", SettingOf<&Tables::ProtoNetLen>, 0},
+     {"ProtoNetEnable", SettingOf<&Tables::ProtoNetEnable>, false}},
+    {{"ProtoIdPos", SettingOf<&Tables::ProtoIdPos>, 0},
+     {"ProtoIdLen", SettingOf<&Tables::ProtoIdLen>, 0},
+     {"ProtoIdEnable", SettingOf<&Tables::ProtoIdEnable>, false}},
+    {{"ProtoCmdStartChar", SettingOf<&Tables::ProtoCmdStartChar>},
+     {"ProtoCmdTerminator", SettingOf<&Tables::ProtoCmdTerminator>},
+     {"ProtoMaxStream", SettingOf<&Tables::ProtoMaxStream>, 48}},
+};
+
+/// Lines 7 to 16, one a command.
+constexpr CfgFieldRow kCommandLine[] = {
+    {"ProtoCmdText row 0", CommandText<0>},
+    {"ProtoCmdText row 1", CommandText<1>},
+    {"ProtoCmdText row 2", CommandText<2>},
+    {"ProtoCmdEnabled", CommandEnabled},
+};
+
+constexpr std::string_view kStatusColumns[StatusTable::kFileColumns] = {
+    "ProtoStatusTable column 0", "ProtoStatusTable column 1", "ProtoStatusTable column 2",
+    "ProtoStatusTable column 3", "ProtoStatusTable column 4", "ProtoStatusTable column 5"};
+
+std::string FormatFilePath(const Tables& tables, int proto) {
+  const std::string& name = tables.ProtoFileName[proto];
+  if (name.empty()) {
+    throw RunTimeError(ErrorNumber::FileNotFound, "Protocol " + std::to_string(proto) + " has no format file");
+  }
+  return PathInProgramFolder(tables, name);
+}
+
+/// Puts one status line into the table and returns true if the line has a name.
+bool ReadStatusLine(CfgReader& reader, StatusTable& table, int row) {
+  for (int column = 0; column < StatusTable::kFileColumns; ++column) {
+    const std::string_view name = kStatusColumns[column];
+    std::optional<std::string> cell = reader.Cell(name);
+    if (row >= StatusTable::kRows) {
+      reader.Refuse(ErrorNumber::SubscriptOutOfRange, name,
+                    "a status table has at most " + std::to_string(StatusTable::kRows) + " lines");
+    }
+    if (column == 0 && !cell) cell = "";
+    table.SetCell(row, column, std::move(cell));
+  }
+  return !table.Text(row, 0).empty();
+}
+
+void ReadFormat(Tables& tables, const std::string& content, const std::string& path, int proto) {
+  CfgReader reader(content, path);
+  CfgRecord record;
+  for (CfgLine line : kHeadLines) record.Read(reader, line, tables, proto);
+  for (int command = 0; command < kCommandRows; ++command) {
+    record.Read(reader, kCommandLine, tables, proto, command);
+  }
+  const auto status = std::make_unique<StatusTable>(tables.ProtoStatusTable[proto]);
+  status->Clear();
+  std::int32_t firstUnused = -1;
+  for (int row = 0; !reader.AtEnd(); ++row) {
+    const bool used = ReadStatusLine(reader, *status, row);
+    if (!used && firstUnused < 0) firstUnused = row;
+  }
+  record.Commit();
+  tables.ProtoStatusTable[proto] = std::move(*status);
+  tables.ProtoStatusCount[proto] = firstUnused;
+}
+
+void ClearFields(Tables& tables, int proto) {
+  for (CfgLine line : kHeadLines) RestoreCfgDefaults(line, tables, proto);
+}
+
+}  // namespace
+
+void LoadFormatFile(Tables& tables, Files& files, Log& log, int proto) {
+  tables.ProtoFixedFormat[proto] = AsBoolean(proto <= tables.LastFixedProtocol);
+  tables.ProtoDamaged[proto] = True;
+  ClearFields(tables, proto);
+  const std::string path = FormatFilePath(tables, proto);
+  const std::string content = files.OpenAndRead(path);
+  if (!content.empty()) ReadFormat(tables, content, path, proto);
+  tables.ProtoDamaged[proto] = False;
+  if (content.empty()) log.WriteLog(LogType::Error, path + " STD Format File Not Found.");
+}
+
+void SaveFormatFile(Tables& tables, Files& files, int proto) {
+  CfgWriter writer;
+  for (CfgLine line : kHeadLines) WriteCfgLine(writer, line, tables, proto);
+  for (int command = 0; command < kCommandRows; ++command) {
+    WriteCfgLine(writer, kCommandLine, tables, proto, command);
+  }
+  const StatusTable& status = tables.ProtoStatusTable[proto];
+  for (int row = 0; row < StatusTable::kFileRows; ++row) {
+    for (int column = 0; column < StatusTable::kFileColumns; ++column) writer.Cell(status.Cell(row, column));
+    writer.EndLine();
+  }
+  files.Replace(FormatFilePath(tables, proto), writer.Content());
+}

@@ -1,0 +1,43 @@
+#include "config/system_file.h"
+
+#include <string>
+
+#include "config/cfg_line.h"
+
+namespace {
+
+constexpr CfgFieldRow kSystemLine[] = {
+    {"Timer1Interval", Setting<&Tables::Timer1Interval>, 25},
+    {"Timer1Sleep", Setting<&Tables::Timer1Sleep>, 2},
+    {"TxTimerInterval", Setting<&Tables::TxTimerInterval>, 15},
+    {"TxTimerSleep", Setting<&Tables::TxTimerSleep>, 0},
+    {"GDITimerInterval", Setting<&Tables::GDITimerInterval>, 25},
+    {"GDITimerSleep", Setting<&Tables::GDITimerSleep>, 1},
+    {"CmdStatInterlock", Setting<&Tables::CmdStatInterlock>, true},
+    {"StartMinimized", Setting<&Tables::StartMinimized>, true},
+};
+
+std::string SystemFilePath(const Tables& tables) { return tables.ProgramFolder + "/TarvexSysSetup.Cfg"; }
+
+}  // namespace
+
+void ReadSystemFile(Tables& tables, Files& files, Log& log) {
+  const std::string path = SystemFilePath(tables);
+  const std::string content = files.OpenAndRead(path);
+  if (content.empty()) {
+    RestoreCfgDefaults(kSystemLine, tables);
+    WriteSystemFile(tables, files);
+    log.WriteLog(LogType::Error, path + " File Not Found.");
+    return;
+  }
+  CfgReader reader(content, path);
+  CfgRecord record;
+  record.Read(reader, kSystemLine, tables);
+  record.Commit();
+}
+
+void WriteSystemFile(Tables& tables, Files& files) {
+  CfgWriter writer;
+  WriteCfgLine(writer, kSystemLine, tables);
+  files.Replace(SystemFilePath(tables), writer.Content());
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "core/log.h"
+#include "core/tables.h"
+#include "platform/files.h"
+
+/// Reads the six timer settings and the two switches from "TarvexSysSetup.Cfg". A missing or empty file is written
+/// with the defaults and logged. A damaged one raises as `CfgReader` tells and leaves the tables as they were.
+void ReadSystemFile(Tables& tables, Files& files, Log& log);
+
+/// Writes them. Raises what files raise.
+void WriteSystemFile(Tables& tables, Files& files);
