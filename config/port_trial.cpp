@@ -4,26 +4,23 @@
 #include <string>
 #include <string_view>
 
-#include "core/fixed_tables.h"
-#include "platform/run_time_error.h"
+#include "core/sentences.h"
 
 namespace {
 
 constexpr std::string_view kBoxCaption = "Tarvex Setup Error";
-constexpr std::string_view kInvalidPortSpoken = ",  You have selected an invalid COM port. ";
 
 struct Refusal {
   int number;
   std::string_view logText;
-  std::string_view spoken;
+  Occasion occasion;
   std::string_view boxText;
 };
 
 constexpr Refusal kRefusals[] = {
-    {ErrorNumber::SerialPortInvalid, "Invalid COM: Port Selected.", kInvalidPortSpoken,
+    {ErrorNumber::SerialPortInvalid, "Invalid COM: Port Selected.", Occasion::ComPortInvalid,
      "The COM: port you have selected is invalid."},
-    {ErrorNumber::SerialPortInUse, "COM: Port Already In Use.",
-     ",  You have selected a COM port that is already is use. ",
+    {ErrorNumber::SerialPortInUse, "COM: Port Already In Use.", Occasion::ComPortInUse,
      "The COM: port you have selected is already in use..."},
 };
 
@@ -71,46 +68,42 @@ void PortTrial::Run(int ch) {
   });
 }
 
-/// Takes one step of the trial; false if the trial ends with it. A port that is not open is spoken of, and the
-/// trial goes on.
+/// Takes one step of the trial; false if the trial ends with it.
 bool PortTrial::Try(int ch, const std::function<void()>& step) {
   try {
     step();
     return true;
   } catch (const RunTimeError& fault) {
-    if (fault.Number() == ErrorNumber::SerialPortNotOpen) {
-      Speak(ch, kInvalidPortSpoken);
-      return true;
-    }
-    const Refusal* const refusal = FindRefusal(fault.Number());
-    if (refusal == nullptr) {
-      const std::string text = "Critical Error: " + std::to_string(fault.Number()) + "  " + fault.Description();
-      log_.WriteLog(LogType::Error, text);
-      notice_.MessageBox(kBoxCaption, text + "\r\nPlease Contact Orvane Technical Services...");
-      return false;
-    }
-    try {
-      log_.WriteLog(LogType::Error, refusal->logText);
-    } catch (const RunTimeError&) {
-      Disable(ch);
-      throw;
-    }
-    Speak(ch, refusal->spoken);
-    notice_.MessageBox(kBoxCaption, std::string(refusal->boxText) + "\r\nDisabling Device Now...");
-    Disable(ch);
+    return TakeFault(ch, fault);
+  }
+}
+
+/// Tells a fault; true if the trial goes on. A port that is not open is only spoken of.
+bool PortTrial::TakeFault(int ch, const RunTimeError& fault) {
+  if (fault.Number() == ErrorNumber::SerialPortNotOpen) {
+    Say(tables_, notice_, Occasion::ComPortInvalid, ch);
+    return true;
+  }
+  const Refusal* const refusal = FindRefusal(fault.Number());
+  if (refusal == nullptr) {
+    const std::string text = "Critical Error: " + std::to_string(fault.Number()) + "  " + fault.Description();
+    log_.WriteLog(LogType::Error, text);
+    notice_.MessageBox(kBoxCaption, text + "\r\nPlease Contact Orvane Technical Services...");
     return false;
   }
+  try {
+    log_.WriteLog(LogType::Error, refusal->logText);
+  } catch (const RunTimeError&) {
+    Disable(ch);  // whatever becomes of the log, the file may not enable a channel without a port
+    throw;
+  }
+  Say(tables_, notice_, refusal->occasion, ch);
+  notice_.MessageBox(kBoxCaption, std::string(refusal->boxText) + "\r\nDisabling Device Now...");
+  Disable(ch);
+  return false;
 }
 
 void PortTrial::Disable(int ch) {
   PutSavedSettingsBack(ch);
   tables_.ChanEnabled[ch] = False;
-}
-
-void PortTrial::Speak(int ch, std::string_view reason) {
-  if (tables_.SpeechEnabled != True) return;
-  const std::string number = DisplayNumber(ch);
-  notice_.Speak("Attention!, A Tarvex error has occured on Channel " + number + std::string(reason) +
-                "I am restoring default com port settings and disabling channel " + number + "now." +
-                "Please contact Orvane Technical Support if you need additional assistance.");
 }

@@ -5,6 +5,7 @@
 #include "core/log.h"
 #include "core/tables.h"
 #include "platform/operator_notice.h"
+#include "platform/run_time_error.h"
 #include "platform/serial_ports.h"
 
 /// Tries a channel's serial settings on its port before they are saved, and takes them back if the port refuses.
@@ -28,8 +29,8 @@ class PortTrial {
 
  private:
   bool Try(int ch, const std::function<void()>& step);
+  bool TakeFault(int ch, const RunTimeError& fault);
   void Disable(int ch);
-  void Speak(int ch, std::string_view reason);
 
   Tables& tables_;
   SerialPorts& ports_;
