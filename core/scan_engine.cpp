@@ -73,22 +73,25 @@ void ServeChannels(Engine& engine, int& ch) {
 
 }  // namespace
 
-void Timer1Tick(Engine& engine) {
+std::optional<RunTimeError> Timer1Tick(Engine& engine) {
   Tables& tables = engine.tables;
-  if (tables.ScanBusy == True) return;
+  if (tables.ScanBusy == True) return std::nullopt;
   engine.events.DoEvents();
   tables.ScanBusy = True;
   if (tables.Timer1Sleep > 0) engine.system.Sleep(tables.Timer1Sleep);
   int ch = 0;
+  std::optional<RunTimeError> ended;
   try {
     CountScanTick(engine);
     ServeChannels(engine, ch);
   } catch (const RunTimeError& fault) {
-    HandleFault(engine, ch, fault);
+    ended = fault;
   } catch (const std::bad_alloc&) {
-    HandleFault(engine, ch, RunTimeError(ErrorNumber::OutOfMemory, "Out of memory"));
+    ended.emplace(ErrorNumber::OutOfMemory, "Out of memory");
   } catch (const std::exception& fault) {
-    HandleFault(engine, ch, RunTimeError(ErrorNumber::Internal, std::string("Internal error: ") + fault.what()));
+    ended.emplace(ErrorNumber::Internal, std::string("Internal error: ") + fault.what());
   }
+  if (ended) HandleFault(engine, ch, *ended);
   tables.ScanBusy = False;
+  return ended;
 }

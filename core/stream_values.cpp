@@ -1,6 +1,7 @@
 #include "core/stream_values.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 
 #include "core/channel_state.h"
@@ -28,7 +29,7 @@ struct Field {
 
   /// A stream of position + length - 1 characters counts as too short.
   bool LiesIn(const std::string& stream) const {
-    return enabled && static_cast<int>(stream.size()) >= position + length;
+    return enabled && static_cast<std::int64_t>(stream.size()) >= std::int64_t{position} + length;
   }
   std::string_view Of(const std::string& stream) const {
     return std::string_view(stream).substr(static_cast<std::size_t>(position - 1), static_cast<std::size_t>(length));

@@ -69,7 +69,7 @@ void Apply(Tables& tables, const StatusRule& rule, int row, int ch, int proto, b
       tables.ChanStatusN[rule.value][ch] = rule.name;
       break;
     case StatusAction::Match:
-      tables.ChanMatchName[ch] = tables.ProtoStatusTable[proto].Text(row, 0);
+      tables.ChanMatchName[ch] = rule.unconditional ? rule.name : tables.ProtoStatusTable[proto].Text(row, 0);
       tables.ChanMatchField[ch] = tables.ProtoStatusTable[proto].Text(row, 1);
       break;
   }

@@ -47,4 +47,5 @@ void DdeTopics::UpdateDDELinks(const Tables& tables, int ch) {
     if (Store(ch, item, SlotText(tables.ChanDdeItems[ch][item]).View())) changed |= 1U << item;
   }
   Tell(ch, changed);
+  if (watcher_ != nullptr) watcher_->LinksUpdated(ch);
 }

@@ -16,6 +16,8 @@ class DdeItemWatcher {
   virtual ~DdeItemWatcher() = default;
   /// `form` 0 to 31; bit n of `items` stands for item n. Called once an update, however many items it changed.
   virtual void ItemsChanged(int form, unsigned items) = 0;
+  /// The program has written all items of a form, changed or not.
+  virtual void LinksUpdated(int /*form*/) {}
 };
 
 /// The 32 hidden forms `DDEForm0` to `DDEForm31`: plain holders of the item texts that link clients read.
