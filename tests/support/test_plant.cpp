@@ -74,6 +74,25 @@ TestPlant::TestPlant()
   }
 }
 
+Engine TestPlant::EngineWith(const OwnParts& own) {
+  const auto pick = [](auto* part, auto& otherwise) -> decltype(otherwise) {
+    return part != nullptr ? *part : otherwise;
+  };
+  return {tables,
+          system,
+          events,
+          ports,
+          files,
+          notice,
+          engine.log,
+          pick(own.configuration, engine.configuration),
+          engine.publisher,
+          pick(own.terminal, engine.terminal),
+          pick(own.startupForm, engine.startupForm),
+          pick(own.mainForm, engine.mainForm),
+          engine.dialogs};
+}
+
 void TestPlant::Connect(int ch, int proto) {
   tables.ChanProtocol[ch] = proto;
   tables.ChanEnabled[ch] = True;

@@ -8,7 +8,7 @@
 
 #include "app/headless_forms.h"
 #include "app/manager.h"
-#include "platform/absent/opc.h"
+#include "tests/support/fake_opc.h"
 
 /// Hand-cranked clock and a machine as the test wants it.
 class FakeSystem : public System {
@@ -54,7 +54,7 @@ class FakePort : public SerialPort {
  public:
   std::string waiting;
   std::vector<std::string> sent;
-  int openError = 0;        ///< number raised by the next opening, 0 for none
+  int openError = 0;          ///< number raised by the next opening, 0 for none
   bool refuseToOpen = false;  ///< opening succeeds but leaves the port closed
   bool open = false;
   int opened = 0;
@@ -127,6 +127,14 @@ class RecordingDialogs : public ScanDialogs {
   void ShowRate(int label, int ticksPerSecond) override { rate[label] = ticksPerSecond; }
 };
 
+/// Parts that a test brings in place of the plant's own.
+struct OwnParts {
+  Configuration* configuration = nullptr;
+  TerminalRoom* terminal = nullptr;
+  StartupForm* startupForm = nullptr;
+  MainForm* mainForm = nullptr;
+};
+
 /// The real system on a fake outside. The program's folder is "/plant"; nothing is loaded or connected until the
 /// test says so.
 class TestPlant {
@@ -138,7 +146,7 @@ class TestPlant {
   FakePorts ports;
   MemoryFiles files;
   RecordingNotice notice;
-  AbsentOpc opc;
+  FakeOpc opc;
   HeadlessStartupForm startupForm;
   HeadlessMainForm mainForm;
   RecordingDialogs dialogs;
@@ -146,6 +154,8 @@ class TestPlant {
   Tables& tables;
   Engine& engine;
 
+  /// The plant's engine with `own` parts in it.
+  Engine EngineWith(const OwnParts& own);
   /// A connected serial channel on a protocol of the test's own making, past all initialisation.
   void Connect(int ch, int proto);
   /// Adds a status row in front of the empty one and counts it.

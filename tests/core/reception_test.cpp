@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/test_plant.h"
+
+namespace {
+
+constexpr int kProto = 12;
+
+/// A channel whose stream is six digits of weight and a CR, the weight being gross, or net behind an "N".
+struct ScalePlant : TestPlant {
+  explicit ScalePlant(int ch = 0) {
+    tables.ProtoTerminator[kProto] = 13;
+    for (auto* field : {&tables.ProtoGrossPos, &tables.ProtoNetPos}) (*field)[kProto] = 2;
+    for (auto* field : {&tables.ProtoGrossLen, &tables.ProtoNetLen}) (*field)[kProto] = 6;
+    for (auto* field : {&tables.ProtoGrossEnable, &tables.ProtoNetEnable}) (*field)[kProto] = True;
+    AddStatusRow(kProto, {"Net Mode", "2 / MODE", "1", "1", "78", "X"});
+    AddStatusRow(kProto, {"Overload", "0 / ERROR", "1", "1", "69", "X"});
+    Connect(ch, kProto);
+  }
+};
+
+TEST(ReceptionTest, FieldsReachToTheEdgeOfTheirStreamAndNoFurther) {
+  struct Case {
+    int position, length;
+    std::string gross;
+  };
+  const Case cases[] = {{2, 6, "123456"},     {1, 6, " 12345"},     {0, 6, " 12345"}, {3, 6, "0"}, {-1, 3, " 12"},
+                        {2, 2147483647, "0"}, {2147483647, 6, "0"}, {2, 0, ""},       {2, -4, ""}};
+  for (const Case& c : cases) {
+    ScalePlant plant;
+    plant.tables.ProtoGrossPos[kProto] = c.position;
+    plant.tables.ProtoGrossLen[kProto] = c.length;
+    plant.Tick(0, " 123456\r");
+    EXPECT_EQ(plant.tables.ChanGross[0], c.gross) << c.position << ", " << c.length;
+  }
+}
+
+TEST(ReceptionTest, TheIdFieldIsPickedByTheNumberOfTheChannel) {
+  ScalePlant plant(5);
+  plant.tables.ProtoIdPos[5] = 2;
+  plant.tables.ProtoIdLen[5] = 3;
+  plant.tables.ProtoIdEnable[5] = True;
+  plant.Tick(5, " 012345\r");
+  EXPECT_EQ(plant.tables.ChanStreamId[5], "12");
+  EXPECT_EQ(plant.tables.ChanPrevStreamId[5], "12");
+  plant.tables.ProtoIdEnable[5] = False;
+  plant.tables.ProtoIdEnable[kProto] = True;
+  plant.Tick(5, " 012345\r");
+  EXPECT_EQ(plant.tables.ChanStreamId[5], "");
+}
+
+TEST(ReceptionTest, AnUnsetStreamLengthAndTerminatorAreWrittenBackAtTheFirstUse) {
+  ScalePlant plant;
+  plant.tables.ProtoTerminator[kProto] = 0;
+  plant.Tick(0, std::string(60, 'x'));
+  EXPECT_EQ(plant.tables.ProtoMaxStream[kProto], 48);
+  EXPECT_EQ(plant.tables.ProtoTerminator[kProto], 10);
+  EXPECT_EQ(plant.tables.ChanRxBuffer[0], std::string(48, 'x'));
+}
+
+TEST(ReceptionTest, ANegativeStreamLengthKeepsNothing) {
+  ScalePlant plant;
+  plant.tables.ProtoMaxStream[kProto] = -1;
+  plant.Tick(0, " 123456\r");
+  EXPECT_EQ(plant.tables.ChanRxBuffer[0], "");
+  EXPECT_EQ(plant.tables.ChanGross[0], "");
+}
+
+TEST(ReceptionTest, TheOpenDetailViewFollowsTheChannel) {
+  ScalePlant plant;
+  std::string shown;
+  plant.dialogs.onDetail = [&](int element, std::string_view text) {
+    shown += std::to_string(element) + "=" + std::string(text) + "; ";
+  };
+  plant.tables.ChanDetailOpen[0] = True;
+  plant.tables.DebugMode = True;
+  plant.Tick(0, "N    12\r");
+  EXPECT_EQ(shown, "22=8 ==> N    12 ; 3=4; 1=; 2=    12; 0=; ");
+  shown.clear();
+  plant.Tick(0, "E    12\r");
+  EXPECT_EQ(shown, "22=8 ==> E    12 ; 3=0; 9=OVERLOAD; 2=0; 0=0; 1=0; ");
+}
+
+TEST(ReceptionTest, AFaultInAStreamLeavesNothingOfItToTheNext) {
+  ScalePlant plant;
+  plant.tables.ChanAsciiLog[0] = True;
+  plant.tables.ChanAsciiLogName[0] = "/plant/w.txt";
+  plant.files.broken["/plant/w.txt"] = ErrorNumber::DiskFull;
+  plant.Tick(0, "N    12\r");
+  EXPECT_EQ(plant.notice.boxes.size(), 1U);
+  EXPECT_EQ(plant.tables.ChanMode[0], "");
+  plant.Tick(0, "     12\r");
+  EXPECT_EQ(plant.notice.boxes.size(), 1U) << "a full disk is told once";
+  EXPECT_EQ(plant.tables.ChanNet[0], "0");
+  EXPECT_EQ(plant.tables.ChanGross[0], "    12");
+
+  plant.files.broken.clear();
+  plant.Tick(0, "     13\r");
+  EXPECT_EQ(plant.files.content["/plant/w.txt"], "2026-01-02 03:04:05 Device #: 0,     13, 0, 0, , \r\n");
+  plant.files.broken["/plant/w.txt"] = ErrorNumber::DiskFull;
+  plant.Tick(0, "     14\r");
+  EXPECT_EQ(plant.notice.boxes.size(), 2U) << "and again after it could be written";
+}
+
+TEST(ReceptionTest, SilenceIsCountedFromTheLastCompleteStreamAndOfflineIsToldOnce) {
+  struct Case {
+    int timeout;
+    bool dde;
+  };
+  for (const Case& c : {Case{3, false}, Case{3, true}, Case{0, true}, Case{-1, false}}) {
+    ScalePlant plant;
+    Tables& t = plant.tables;
+    t.ChanTimeout[0] = c.timeout;
+    t.ChanDdeServer[0] = AsBoolean(c.dde);
+    plant.Tick(0, "     12\r");
+    plant.Tick(0, "     ");  // bytes are flowing: no time-out test, but no stream either
+    plant.Tick();
+    EXPECT_EQ(t.ChanStatusText[0], "Online...");
+    for (int tick = 0; tick < 5; ++tick) plant.Tick();
+    if (c.timeout <= 0) {
+      EXPECT_EQ(t.ChanStatusText[0], "Online...");
+      continue;
+    }
+    EXPECT_EQ(t.ChanStatusText[0], "Offline...");
+    EXPECT_EQ(t.ChanStatusBits[0], 16);
+    EXPECT_EQ(t.ChanIndicator[Item::Error][0], True);
+    EXPECT_EQ(t.ChanPrevStatusBits[0], c.dde ? -32765 : 16);
+    EXPECT_EQ(t.ChanGross[0], "    12") << "outlets and screen keep the last weight";
+    t.ChanUpdatePending[0] = t.ChanDirty[Item::StatusCaption][0] = False;
+    for (int tick = 0; tick < 5; ++tick) plant.Tick();
+    EXPECT_EQ(t.ChanUpdatePending[0], False);
+    EXPECT_EQ(t.ChanDirty[Item::StatusCaption][0], False);
+    plant.Tick(0, "     12\r");
+    EXPECT_EQ(t.ChanStatusText[0], "Online...");
+    EXPECT_EQ(t.ChanStatusBits[0], 0);
+  }
+}
+
+}  // namespace

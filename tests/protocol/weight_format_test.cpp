@@ -1,0 +1,100 @@
+#include "protocol/weight_format.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/test_plant.h"
+
+namespace {
+
+constexpr int kProto = 12;
+
+std::string Format(Tables& tables, std::string value) {
+  FormatValue(tables, 0, value, tables.ProtoDecimalCode[kProto], "", kProto);
+  return value;
+}
+
+TEST(WeightFormatTest, TheFirstFieldSettlesTheMaskByItsPoint) {
+  struct Case {
+    std::string field, shown, mask;
+    int decimals;
+  };
+  const Case cases[] = {
+      {"  12.50", "  12.50", "###0.00", -2},
+      {"001250", "  1250", "#####0", 0},
+      {"   12.5", "   12.5", "####0.0", -1},
+      {"12.5   ", "   12.5", "####0.0", -1},
+      {" 1.2345", " 1.2345", "#0.0000", -4},
+      {"0.12345", "0.12345", "0.00000", -5},
+      {"- 12.50", " -12.50", "###0.00", -2},
+      {"12345.678", "12345.678", "##0.000", -3},
+      {"   12.", "    12", "", 7},
+      {"1.234567", "1.234567", "", 7},
+      {"", "", "#####0", 0},
+      {"lb", " 0", "#####0", 0},
+      {"1.2.3", "1.200", "##0.000", -3},
+  };
+  for (const Case& c : cases) {
+    TestPlant plant;
+    plant.tables.ChanDecimals[0] = 7;  // stays where no point place is known
+    EXPECT_EQ(Format(plant.tables, c.field), c.shown) << c.field;
+    EXPECT_EQ(plant.tables.ChanFormatMask[0], c.mask) << c.field;
+    EXPECT_EQ(plant.tables.ChanDecimals[0], c.decimals) << c.field;
+    EXPECT_EQ(plant.tables.ChanDecimalsKnown[0], True);
+  }
+}
+
+TEST(WeightFormatTest, ASettledMaskStaysAndAResultTooLongLosesItsLeft) {
+  TestPlant plant;
+  Format(plant.tables, "  12.50");
+  EXPECT_EQ(Format(plant.tables, "   1250"), "1250.00");
+  EXPECT_EQ(Format(plant.tables, "  12505"), "2505.00") << "seven characters, whatever the number";
+  EXPECT_EQ(Format(plant.tables, "12.345"), " 12.35");
+  EXPECT_EQ(Format(plant.tables, "-0.001"), "  0.00");
+}
+
+TEST(WeightFormatTest, ConfiguredDecimalPlacesTakePrecedenceOverTheStream) {
+  TestPlant plant;
+  plant.tables.ChanDecimalPlaces[0] = 2;
+  EXPECT_EQ(Format(plant.tables, " 12.55"), "  12.6");
+  EXPECT_EQ(plant.tables.ChanDecimals[0], 0) << "the count stays 0 even when the mask has decimals";
+}
+
+TEST(WeightFormatTest, StatusDecimalsWriteThePointIntoTheField) {
+  struct Case {
+    int code;
+    std::string field, polarity, shown;
+  };
+  const Case cases[] = {
+      {-2, "001250", "", " 12.50"},   {-2, "123456", "", "234.56"},   {-5, "001250", "+", ".01250"},
+      {-1, "000005", "", "   0.5"},   {0, "001250", "", "  1250"},    {1, "001250", "", " 12500"},
+      {2, "  1250", "", "125000"},    {2, "123456", "", "345600"},    {2, "000000", "", "    00"},
+      {-2, "001250", "-", " -12.50"}, {-2, "000000", "-", "  -0.00"}, {0, "123456", "-", "-123456"},
+      {7, "001250", "", "     0"},    {-2, "      ", "", "  0.00"},
+  };
+  for (const Case& c : cases) {
+    TestPlant plant;
+    plant.tables.ProtoFormatMask[kProto] = "#####0";
+    std::string value = c.field;
+    FormatDecimalPlaces(plant.tables, value, c.code, c.polarity, kProto);
+    EXPECT_EQ(value, c.shown) << c.code << " on " << c.field;
+  }
+}
+
+TEST(WeightFormatTest, StatusDecimalsOfTheLastCustomFormatsAndOfTooNarrowFieldsRaise) {
+  TestPlant plant;
+  const auto raised = [&](const std::string& field, int code, int proto) {
+    std::string value = field;
+    try {
+      FormatDecimalPlaces(plant.tables, value, code, "", proto);
+    } catch (const RunTimeError& fault) {
+      return fault.Number();
+    }
+    return 0;
+  };
+  EXPECT_EQ(raised("001250", -2, 32), 0);
+  EXPECT_EQ(raised("001250", -2, 33), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(raised("1", -2, 12), ErrorNumber::InvalidCall);
+  EXPECT_EQ(raised("12", -2, 12), 0);
+}
+
+}  // namespace
