@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr std::string_view kPrefixes[] = {"",         "ErrorLog-",  "RecvLog-", "XmitLog-",   "SQLLog-",
-                                          "ActiveLog-", "OPCLog-", "GDILog-",  "ActiveXLog-"};
+constexpr std::string_view kPrefixes[] = {"",           "ErrorLog-", "RecvLog-", "XmitLog-",   "SQLLog-",
+                                          "ActiveLog-", "OPCLog-",   "GDILog-",  "ActiveXLog-"};
 constexpr int kTypes = 8;
 
 std::size_t KnownType(int type) { return type >= 1 && type <= kTypes ? static_cast<std::size_t>(type) : 0; }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+
+#include "core/tables.h"
+
+/// One cell of the weigh screen, in pixels of the background picture.
+struct CellPlace {
+  int x, y, width, height;
+  friend bool operator==(const CellPlace&, const CellPlace&) = default;
+};
+
+/// Column of an item; a lamp's width is the lamp cell's.
+struct ItemColumn {
+  int x, width;
+};
+
+/// One of the two fixed layouts of the weigh screen.
+struct ScreenLayout {
+  int width, height;                ///< of the window
+  int rightTextX, textY;            ///< inside a cell
+  int ellipseWidth, ellipseHeight;  ///< right and bottom edge of a lamp inside its cell
+  int rowPitch, cellHeight, firstRowY, lampCellWidth;
+  int fontHeight, fontWidth;
+  bool handFitted;  ///< the picture's rows are not evenly spaced
+  std::array<ItemColumn, Item::Count> columns;
+};
+
+inline constexpr bool IsLamp(int item) { return item < Item::Description; }
+
+/// The layout of a display 800 wide, or the one of 1024 x 768, which serves every other width.
+const ScreenLayout& LayoutFor(int screenWidth);
+
+/// Where the cell of an item lies. `ch` 0 to 31, `item` 0 to 12; raises 9 outside.
+CellPlace PlaceOf(const ScreenLayout& layout, int ch, int item);

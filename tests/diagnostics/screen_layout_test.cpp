@@ -1,0 +1,52 @@
+#include "diagnostics/screen_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace {
+
+TEST(ScreenLayoutTest, TheLargeLayoutServesEveryWidthButEightHundred) {
+  EXPECT_EQ(LayoutFor(800).width, 800);
+  for (int width : {801, 1024, 1280, 3840}) EXPECT_EQ(LayoutFor(width).width, 1024) << width;
+}
+
+TEST(ScreenLayoutTest, RowsOfTheLargeLayoutLieSixteenPixelsApartWithoutCorrection) {
+  const ScreenLayout& layout = LayoutFor(1024);
+  for (int ch = 0; ch < kChannels; ++ch) {
+    for (int item = 0; item < Item::Count; ++item) EXPECT_EQ(PlaceOf(layout, ch, item).y, 207 + 16 * ch);
+  }
+  EXPECT_EQ(PlaceOf(layout, 0, Item::Gross), (CellPlace{320, 207, 85, 12}));
+  EXPECT_EQ(PlaceOf(layout, 31, Item::Error), (CellPlace{823, 703, 13, 12}));
+}
+
+TEST(ScreenLayoutTest, TheLoweringOfTheSmallLayoutAddsUpEverySixChannels) {
+  const ScreenLayout& layout = LayoutFor(800);
+  for (int ch = 0; ch < kChannels; ++ch) {
+    const int firstRow = PlaceOf(layout, ch, Item::Gross).y - 13 * ch;
+    EXPECT_EQ(firstRow, 149 - ch / 6) << "channel " << ch;
+  }
+  EXPECT_EQ(PlaceOf(layout, 31, Item::Gross).y, 144 + 13 * 31);
+}
+
+TEST(ScreenLayoutTest, LampsOfTheSmallLayoutAreFittedByHand) {
+  const ScreenLayout& layout = LayoutFor(800);
+  const std::set<int> lowTraffic = {0, 1, 6};
+  const std::set<int> highStatus = {11, 16, 17, 21, 22, 23, 26, 27, 28, 29, 31};
+  for (int ch = 0; ch < kChannels; ++ch) {
+    const int row = PlaceOf(layout, ch, Item::Gross).y;
+    const int traffic = lowTraffic.contains(ch) ? 3 : 2;
+    const int status = ch == 0 ? 2 : highStatus.contains(ch) ? 0 : 1;
+    for (int item : {0, 1}) EXPECT_EQ(PlaceOf(layout, ch, item).y, row + traffic) << ch;
+    for (int item : {2, 3, 4, 5, 6, 7}) EXPECT_EQ(PlaceOf(layout, ch, item).y, row + status) << ch;
+    for (int item : {8, 9, 10, 11, 12}) EXPECT_EQ(PlaceOf(layout, ch, item).y, row) << ch;
+  }
+}
+
+TEST(ScreenLayoutTest, ACellOutsideTheScreenIsASubscriptFault) {
+  for (auto [ch, item] : {std::pair{-1, 0}, {32, 0}, {0, -1}, {0, 13}}) {
+    EXPECT_THROW(PlaceOf(LayoutFor(1024), ch, item), RunTimeError) << ch << ' ' << item;
+  }
+}
+
+}  // namespace
