@@ -4,58 +4,12 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <termios.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <filesystem>
 
 #include "platform/run_time_error.h"
-
-bool Eventually(const std::function<bool()>& condition) {
-  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > limit) return false;
-    poll(nullptr, 0, 1);
-  }
-  return true;
-}
-
-std::size_t OpenDescriptors() {
-  std::size_t count = 0;
-  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) ++count;
-  return count;
-}
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = std::filesystem::temp_directory_path() / "tarvex-test-XXXXXX";
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder for the test");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
-OtherProcess::OtherProcess(const std::function<int()>& work) : pid_(fork()) {
-  if (pid_ == 0) _exit(work());
-}
-
-int OtherProcess::ExitStatus() {
-  int status = -1;
-  waitpid(std::exchange(pid_, -1), &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-void OtherProcess::Kill() {
-  if (pid_ <= 0) return;
-  kill(pid_, SIGKILL);
-  ExitStatus();
-}
 
 std::size_t FarEnd::SendSome(std::string_view data) {
   const ssize_t sent = write(handle_.Get(), data.data(), data.size());
@@ -129,12 +83,7 @@ SerialPort& PlantFloor::Open(int ch, const char* settings, int handshaking) {
 }
 
 int PlantFloor::OpeningFault(int ch) {
-  try {
-    Open(ch);
-    return 0;
-  } catch (const RunTimeError& fault) {
-    return fault.Number();
-  }
+  return FaultNumber([&] { Open(ch); });
 }
 
 std::string PlantFloor::Receive(std::size_t size) {

@@ -1,47 +1,12 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <functional>
 #include <string>
 #include <string_view>
 
 #include "platform/posix/descriptor.h"
 #include "platform/posix/posix_serial_ports.h"
-
-/// Waits until `condition` holds, 10 seconds at most; false if it never did.
-bool Eventually(const std::function<bool()>& condition);
-
-/// Descriptors this process holds open.
-std::size_t OpenDescriptors();
-
-/// A folder of the test's own, removed with all it holds.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder();
-  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-/// Runs `work` in a second process, which ends with what it returns.
-class OtherProcess {
- public:
-  explicit OtherProcess(const std::function<int()>& work);
-  OtherProcess(const OtherProcess&) = delete;
-  OtherProcess& operator=(const OtherProcess&) = delete;
-  ~OtherProcess() { Kill(); }
-  int ExitStatus();
-  void Kill();
-
- private:
-  pid_t pid_;
-};
+#include "tests/platform/machine.h"
 
 /// The device's end of a line: a scale at the other side of a pseudo-terminal, or a device server's connection.
 class FarEnd {

@@ -109,7 +109,7 @@ TEST(SerialLine, ADeviceTheUserMayNotUseIsInvalidAndTheReasonIsTold) {
   Scale scale;
   ASSERT_EQ(chmod(scale.Path().c_str(), 0), 0);
   OtherProcess user([&] {
-    if (geteuid() == 0 && setuid(65534) != 0) return 2;
+    if (!BecomeOrdinaryUser()) return 2;
     try {
       PlantFloor(scale.Path()).Open();
     } catch (const RunTimeError& fault) {
@@ -217,17 +217,9 @@ TEST(SerialLine, AClosedPortRaisesNotOpenAndAChannelOutsideTheArrayASubscript) {
   PlantFloor floor("/dev/null");
   SerialPort& port = floor.ports.Port(31);
   std::string chunk;
-  const auto number = [](const std::function<void()>& step) {
-    try {
-      step();
-    } catch (const RunTimeError& fault) {
-      return fault.Number();
-    }
-    return 0;
-  };
-  EXPECT_EQ(number([&] { port.InBufferCount(); }), ErrorNumber::SerialPortNotOpen);
-  EXPECT_EQ(number([&] { port.Input(chunk); }), ErrorNumber::SerialPortNotOpen);
-  EXPECT_EQ(number([&] { port.Output(""); }), ErrorNumber::SerialPortNotOpen);
-  EXPECT_EQ(number([&] { floor.ports.Port(32); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(number([&] { floor.ports.Port(-1); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(FaultNumber([&] { port.InBufferCount(); }), ErrorNumber::SerialPortNotOpen);
+  EXPECT_EQ(FaultNumber([&] { port.Input(chunk); }), ErrorNumber::SerialPortNotOpen);
+  EXPECT_EQ(FaultNumber([&] { port.Output(""); }), ErrorNumber::SerialPortNotOpen);
+  EXPECT_EQ(FaultNumber([&] { floor.ports.Port(32); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(FaultNumber([&] { floor.ports.Port(-1); }), ErrorNumber::SubscriptOutOfRange);
 }

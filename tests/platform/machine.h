@@ -1,0 +1,48 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+/// Waits until `condition` holds, 10 seconds at most; false if it never did.
+bool Eventually(const std::function<bool()>& condition);
+
+/// Descriptors this process holds open.
+std::size_t OpenDescriptors();
+
+/// A folder of the test's own, removed with all it holds.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder();
+  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+/// Runs `work` in a second process, which ends with what it returns.
+class OtherProcess {
+ public:
+  explicit OtherProcess(const std::function<int()>& work);
+  OtherProcess(const OtherProcess&) = delete;
+  OtherProcess& operator=(const OtherProcess&) = delete;
+  ~OtherProcess() { Kill(); }
+  /// Waits for the end; -1 if the process was killed.
+  int ExitStatus();
+  void Kill();
+
+ private:
+  pid_t pid_;
+};
+
+/// Gives up the superuser's rights in this process; false if that failed.
+bool BecomeOrdinaryUser();
+
+/// Error number that `step` raises, 0 for none.
+int FaultNumber(const std::function<void()>& step);
