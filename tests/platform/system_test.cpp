@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 
 #include "platform/posix/descriptor.h"
 #include "platform/posix/posix_system.h"
@@ -106,7 +105,9 @@ TEST(OperatingSystem, DateAndTimeAreLocalAndInOneFormWhateverTheLocale) {
   const Environment zone("TZ", "UTC-3");
   const PosixSystem system("/");
   const std::string text = system.DateTimeText();
-  EXPECT_TRUE(std::regex_match(text, std::regex(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)"))) << text;
+  std::string form = text;
+  for (char& c : form) c = c >= '0' && c <= '9' ? '0' : c;
+  EXPECT_EQ(form, "0000-00-00 00:00:00") << text;
   const std::int64_t hourThere = (system.WallSeconds() / 3600 + 3) % 24;
   const std::int64_t hourBefore = (hourThere + 23) % 24;  // the hour may have turned between the two calls
   const int hour = std::stoi(text.substr(11, 2));
