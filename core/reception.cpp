@@ -60,6 +60,7 @@ void Receive(Engine& engine, int ch, SerialPort& port) {
   port.Input(tables.ChanRxChunk[ch]);
   if (!CutStream(tables, ch)) return;  // bytes are flowing: no time-out test either
 
+  ++tables.StreamsDecoded;
   tables.ChanLastRxTick[ch] = tables.ScanTick;
   ReplaceFirstCarriageReturn(tables.ChanStream[ch]);
   ShowRawStream(engine, ch);

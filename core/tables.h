@@ -198,6 +198,7 @@ struct Tables {
   Boolean Minimized = False, RefreshOpen = False;
   Boolean ScreenPainted = False;
   std::int32_t SelectedChannel = 0, DetailChannel = 0;
+  std::int64_t StreamsDecoded = 0;  ///< of all channels, since the program started
   std::int32_t DebugCommands = 0, DebugOpcUpdates = 0, DebugOpcSkipped = 0;  ///< counted in debug mode only
   std::string ProgramFolder;  ///< where the .Cfg and log files lie, without a separator at its end
 

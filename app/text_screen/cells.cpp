@@ -1,0 +1,110 @@
+#include "app/text_screen/cells.h"
+
+#include <array>
+
+#include "app/text_screen/layout.h"
+#include "core/tables.h"
+#include "protocol/number.h"
+
+namespace {
+
+struct Lamp {
+  char letter;
+  Look look;
+};
+
+constexpr std::array<Lamp, 8> kLamps = {{
+    {'R', Look::Green},
+    {'T', Look::Green},
+    {'M', Look::Yellow},
+    {'N', Look::Blue},
+    {'U', Look::Blue},
+    {'E', Look::Green},
+    {'S', Look::Magenta},
+    {'!', Look::Alarm},
+}};
+
+constexpr char kLampOff = '.';
+
+struct CaptionTone {
+  std::string_view caption;
+  RowTone tone;
+};
+
+constexpr CaptionTone kCaptionTones[] = {
+    {Caption::Initializing, RowTone::Waiting},    {Caption::ReInitializing, RowTone::Waiting},
+    {Caption::Ready, RowTone::Waiting},           {Caption::InitializationError, RowTone::Fault},
+    {Caption::Offline, RowTone::Fault},           {Caption::NetworkIdError, RowTone::Fault},
+    {Caption::DeviceDisabled, RowTone::Disabled},
+};
+
+struct ToneLooks {
+  Look name;
+  Look weight;
+  Look caption;
+};
+
+ToneLooks LooksOf(RowTone tone) {
+  switch (tone) {
+    case RowTone::Normal:
+      return {Look::Name, Look::Strong, Look::Plain};
+    case RowTone::Waiting:
+      return {Look::Name, Look::Plain, Look::Yellow};
+    case RowTone::Fault:
+      return {Look::Name, Look::Faint, Look::Alarm};
+    case RowTone::Disabled:
+      break;
+  }
+  return {Look::Faint, Look::Faint, Look::Faint};
+}
+
+bool IsLamp(int item) { return item <= Item::Error; }
+bool IsWeight(int item) { return item >= Item::Gross && item <= Item::NetWeight; }
+const Lamp& LampOf(int item) { return kLamps[static_cast<std::size_t>(item)]; }
+
+void DropTrailingDots(std::string& text) { text.erase(text.find_last_not_of('.') + 1); }
+
+}  // namespace
+
+RowTone ToneOf(const Tables& tables, int ch) {
+  if (tables.ChanIndicator[Item::Error][ch] == True) return RowTone::Fault;
+  for (const CaptionTone& row : kCaptionTones) {
+    if (tables.ChanStatusText[ch] == row.caption) return row.tone;
+  }
+  return tables.ChanStatusText[ch].empty() ? RowTone::Disabled : RowTone::Normal;
+}
+
+char LampLetter(int item) { return LampOf(item).letter; }
+
+std::string CellText(const Tables& tables, int ch, int item) {
+  if (IsLamp(item)) return {tables.ChanIndicator[item][ch] == True ? LampLetter(item) : kLampOff};
+  switch (item) {
+    case Item::Description:
+      return tables.ChanDeviceDesc[ch];
+    case Item::Gross:
+      return tables.ChanGross[ch];
+    case Item::Tare:
+      return NumericValue(tables.ChanTare[ch]) == 0.0 ? std::string{} : tables.ChanTare[ch];
+    case Item::NetWeight:
+      return tables.ChanNet[ch];
+    default:
+      return tables.ChanStatusText[ch];
+  }
+}
+
+std::string FitCell(std::string text, int item, const CellPlace& place) {
+  const auto width = static_cast<std::size_t>(place.width);
+  if (item == Item::StatusCaption && text.size() > width) DropTrailingDots(text);
+  if (!IsWeight(item)) return text;
+  text.erase(0, text.find_first_not_of(' '));
+  if (text.size() > width) return std::string(width, '#');
+  return std::string(width - text.size(), ' ') + text;
+}
+
+Look LookOf(const Tables& tables, int ch, int item) {
+  const RowTone tone = ToneOf(tables, ch);
+  if (IsLamp(item)) return tables.ChanIndicator[item][ch] == True ? LampOf(item).look : Look::Faint;
+  const ToneLooks looks = LooksOf(tone);
+  if (item == Item::Description) return looks.name;
+  return IsWeight(item) ? looks.weight : looks.caption;
+}

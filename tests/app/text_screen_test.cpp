@@ -1,0 +1,228 @@
+#include "app/text_screen/text_screen.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+
+#include "core/gdi_timer.h"
+#include "tests/support/test_plant.h"
+
+namespace {
+
+/// A terminal in memory.
+class FakeTerminal : public TextTerminal {
+ public:
+  FakeTerminal(int rows, int columns) { Resize(rows, columns); }
+
+  int puts = 0;
+  std::deque<int> keys;
+
+  void Resize(int rows, int columns) {
+    columns_ = columns;
+    lines_.assign(static_cast<std::size_t>(rows), std::string(static_cast<std::size_t>(columns), ' '));
+    resized_ = true;
+  }
+  const std::string& Line(int row) const { return lines_[static_cast<std::size_t>(row)]; }
+  std::string Screen() const {
+    std::string screen;
+    for (const std::string& line : lines_) screen += line + "\n";
+    return screen;
+  }
+
+  int Rows() const override { return static_cast<int>(lines_.size()); }
+  int Columns() const override { return columns_; }
+  bool TakeSize() override { return std::exchange(resized_, false); }
+  void Clear() override {
+    for (std::string& line : lines_) line.assign(line.size(), ' ');
+  }
+  void Put(int row, int column, std::string_view text, int width, Look) override {
+    ++puts;
+    if (row < 0 || row >= Rows() || column < 0) return;
+    for (int i = 0; i < std::min(width, columns_ - column); ++i) {
+      const auto at = static_cast<std::size_t>(i);
+      lines_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column) + at] = at < text.size() ? text[at] : ' ';
+    }
+  }
+  void Redraw() override {}
+  void Flush() override {}
+  int ReadKey() override {
+    if (keys.empty()) return Key::None;
+    const int key = keys.front();
+    keys.pop_front();
+    return key;
+  }
+
+ private:
+  std::vector<std::string> lines_;
+  int columns_ = 0;
+  bool resized_ = false;
+};
+
+class ScreenForm : public HeadlessMainForm {
+ public:
+  TextScreen* screen = nullptr;
+  void DrawItem(int ch, int item) override { screen->DrawItem(ch, item); }
+};
+
+class TextScreenTest : public testing::Test {
+ protected:
+  TextScreenTest() {
+    form.screen = &screen;
+    tables.ScreenPainted = True;
+    for (int ch = 0; ch < 3; ++ch) Open(ch);
+    Tick();
+  }
+
+  void Open(int ch) {
+    plant.Connect(ch, 2);
+    Say(ch, Item::StatusCaption, tables.ChanStatusText[ch], "Online...");
+    Say(ch, Item::Description, tables.ChanDeviceDesc[ch], "Scale " + std::to_string(ch + 1));
+  }
+  void Say(int ch, int item, std::string& cell, std::string_view text) {
+    cell = text;
+    tables.ChanDirty[item][ch] = True;
+  }
+  void Tick() {
+    screen.Serve();
+    GDITimerTick(engine);
+  }
+  void Press(int key) {
+    terminal.keys.push_back(key);
+    Tick();
+  }
+  bool Shows(std::string_view text) const { return terminal.Screen().find(text) != std::string::npos; }
+
+  TestPlant plant;
+  Tables& tables = plant.tables;
+  FakeTerminal terminal{24, 80};
+  int quits = 0;
+  TextScreen screen{tables, plant.system, terminal, "plant-7", [this] { ++quits; }};
+  ScreenForm form;
+  Engine engine{tables,
+                plant.system,
+                plant.events,
+                plant.ports,
+                plant.files,
+                plant.notice,
+                plant.engine.log,
+                plant.engine.configuration,
+                plant.engine.publisher,
+                plant.engine.terminal,
+                plant.startupForm,
+                form,
+                plant.dialogs};
+};
+
+TEST_F(TextScreenTest, ACellIsWrittenOnlyWhenItsFlagIsSetAndTheFlagIsCleared) {
+  Tick();
+  terminal.puts = 0;
+  Tick();
+  EXPECT_EQ(terminal.puts, 0);
+
+  tables.ChanGross[1] = "99.5";
+  Tick();
+  EXPECT_FALSE(Shows("99.5")) << "a change without a flag is not for the screen";
+  tables.ChanDirty[Item::Gross][1] = True;
+  Tick();
+  EXPECT_TRUE(Shows("99.5"));
+  EXPECT_EQ(tables.ChanDirty[Item::Gross][1], False);
+}
+
+TEST_F(TextScreenTest, NothingIsWrittenWithoutAPaintedScreenAndTheFlagsStay) {
+  tables.ScreenPainted = False;
+  Say(1, Item::Gross, tables.ChanGross[1], "99.5");
+  Tick();
+  EXPECT_FALSE(Shows("99.5"));
+  EXPECT_EQ(tables.ChanDirty[Item::Gross][1], True);
+}
+
+TEST_F(TextScreenTest, ARowAppearsWhenItsChannelIsEnabledAndAllRowsOnRequest) {
+  EXPECT_FALSE(Shows("Scale 9"));
+  Open(8);
+  Tick();
+  EXPECT_TRUE(Shows("Scale 9"));
+  EXPECT_FALSE(Shows(" 19 ."));
+  Press('a');
+  EXPECT_TRUE(Shows(" 19 ."));
+  Press('a');
+  EXPECT_FALSE(Shows(" 19 ."));
+}
+
+TEST_F(TextScreenTest, ATerminalWithFewerLinesThanChannelsScrolls) {
+  for (int ch = 0; ch < 32; ++ch) Open(ch);
+  terminal.Resize(10, 80);
+  Tick();
+  EXPECT_TRUE(Shows("Scale 6 "));
+  EXPECT_FALSE(Shows("Scale 7 "));
+  EXPECT_TRUE(Shows("1-6 of 32"));
+  Press(Key::PageDown);
+  EXPECT_TRUE(Shows("Scale 7 "));
+  Press(Key::End);
+  EXPECT_TRUE(Shows("Scale 32"));
+  Press(Key::Up);
+  EXPECT_FALSE(Shows("Scale 32"));
+  Press(Key::Home);
+  EXPECT_TRUE(Shows("Scale 1 "));
+}
+
+TEST_F(TextScreenTest, ANewSizeOfTheTerminalIsTakenOverWithAllRows) {
+  for (const auto& [rows, columns] : {std::pair{30, 100}, {43, 132}, {5, 20}, {1, 1}, {24, 80}}) {
+    terminal.Resize(rows, columns);
+    Tick();
+  }
+  EXPECT_TRUE(Shows("Scale 1 "));
+  EXPECT_TRUE(Shows("Scale 3 "));
+}
+
+TEST_F(TextScreenTest, TheProgramEndsOnlyAfterAYesButAtOnceOnCtrlC) {
+  Press('q');
+  EXPECT_TRUE(Shows("Shut Off Tarvex Manager?"));
+  Press('n');
+  EXPECT_FALSE(Shows("Shut Off Tarvex Manager?"));
+  EXPECT_EQ(quits, 0);
+  Press('q');
+  Press('y');
+  EXPECT_EQ(quits, 1);
+  Press(Key::Interrupt);
+  EXPECT_EQ(quits, 2);
+}
+
+TEST_F(TextScreenTest, TheHeadCountsChannelsAndStreams) {
+  tables.ChanStatusBits[2] = StatusBit::Offline;
+  tables.StreamsDecoded = 60;
+  plant.system.second += 2;
+  Tick();
+  EXPECT_NE(terminal.Line(0).find("2 of 3 online   30 streams/s   03:04:05"), std::string::npos) << terminal.Line(0);
+}
+
+TEST_F(TextScreenTest, AMessageIsBrokenAtBlanksAndStaysUntilTheNext) {
+  screen.ShowMessage("The COM: port you have selected is already in use...\r\nRestoring default settings now...");
+  EXPECT_EQ(terminal.Line(21).substr(0, 20), " 03:04:05  The COM: ");
+  EXPECT_EQ(terminal.Line(22).substr(0, 23), " default settings now..") << terminal.Screen();
+  screen.ShowMessage("second");
+  EXPECT_FALSE(Shows("The COM:"));
+}
+
+TEST_F(TextScreenTest, APlantWithoutAnEnabledChannelSaysWhatToDo) {
+  for (int ch = 0; ch < 3; ++ch) {
+    tables.ChanEnabled[ch] = False;
+    Say(ch, Item::StatusCaption, tables.ChanStatusText[ch], Caption::DeviceDisabled);
+  }
+  Tick();
+  EXPECT_TRUE(Shows("No channel is enabled"));
+}
+
+TEST_F(TextScreenTest, InDebugModeTheCaptionIsItsRepaintRate) {
+  tables.DebugMode = True;
+  for (int repaint = 0; repaint < 5; ++repaint) {
+    tables.ChanDirty[Item::StatusCaption][0] = True;
+    Tick();
+  }
+  ++plant.system.second;
+  tables.ChanDirty[Item::StatusCaption][0] = True;
+  Tick();
+  EXPECT_NE(terminal.Line(2).find("00000"), std::string::npos) << terminal.Line(2);
+}
+
+}  // namespace
