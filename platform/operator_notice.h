@@ -7,8 +7,8 @@
 class OperatorNotice {
  public:
   virtual ~OperatorNotice() = default;
-  /// Critical message box. It holds the caller until it is dismissed; a program without a window writes it
-  /// as a log line and goes on at once.
+  /// Critical message box. It holds the caller until it is dismissed; a box asked for while another one stands
+  /// waits its turn instead, and a program without a window writes a log line: the caller goes on at once.
   virtual void MessageBox(std::string_view caption, std::string_view text) = 0;
   /// Hands a sentence to the speech engine and returns at once.
   virtual void Speak(std::string_view sentence) = 0;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/operator_notice.h"
+#include "platform/qt/message_boxes.h"
+#include "platform/speech/speech.h"
+
+/// The operator at a desktop: message boxes on the screen, sentences through the speech service.
+class DesktopNotice : public OperatorNotice {
+ public:
+  DesktopNotice(MessageBoxes& boxes, Speech& speech) : boxes_(boxes), speech_(speech) {}
+
+  void MessageBox(std::string_view caption, std::string_view text) override { boxes_.Show(caption, text); }
+  void Speak(std::string_view sentence) override { speech_.Speak(sentence); }
+
+ private:
+  MessageBoxes& boxes_;
+  Speech& speech_;
+};

@@ -1,0 +1,99 @@
+#include "platform/qt/message_boxes.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QMessageBox>
+#include <QWindow>
+#include <algorithm>
+#include <string>
+
+#include "platform/qt/text.h"
+#include "platform/run_time_error.h"
+
+namespace {
+
+constexpr std::size_t kMostWaiting = 8;
+constexpr int kLongestText = 2000;
+constexpr int kLongestWord = 60;
+
+/// Line ends are kept; what a device or a file put into the text is made harmless, and never widens the box.
+QString BoxText(std::string_view bytes) {
+  QString text = ToVisibleText(bytes);
+  text.replace(u"\u240D\u240A"_qs, u"\n"_qs);
+  if (text.size() > kLongestText) text = text.left(kLongestText) + QChar(0x2026);
+  QString broken;
+  int word = 0;
+  for (const QChar character : text) {
+    word = character.isSpace() ? 0 : word + 1;
+    if (word > kLongestWord) {
+      broken += QChar(0x200B);  // the line may break here
+      word = 1;
+    }
+    broken += character;
+  }
+  return broken;
+}
+
+QWidget* Owner() {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  const auto visible = std::ranges::find_if(windows, [](const QWidget* window) { return window->isVisible(); });
+  return visible == windows.end() ? nullptr : *visible;
+}
+
+/// The box stays above the window it came from, without being its child: that window may be taken down meanwhile.
+void PutAbove(QWidget& box, const QWidget* owner) {
+  if (!owner || !owner->windowHandle()) return;
+  box.winId();
+  box.windowHandle()->setTransientParent(owner->windowHandle());
+}
+
+}  // namespace
+
+void MessageBoxes::Show(std::string_view caption, std::string_view text, Icon icon) {
+  const Box box{ToVisibleText(caption), BoxText(text), icon};
+  if (ended_ || box == shown_ || std::ranges::find(waiting_, box) != waiting_.end()) return;
+  if (waiting_.size() < kMostWaiting) waiting_.push_back(box);
+  if (shown_) return;
+  while (!ended_ && !waiting_.empty()) {
+    shown_ = waiting_.front();
+    waiting_.pop_front();
+    if (!Hold(*shown_)) DismissAll();
+  }
+  shown_.reset();
+}
+
+bool MessageBoxes::Hold(const Box& box) {
+  const auto icon = box.icon == Icon::Critical ? QMessageBox::Critical : QMessageBox::Warning;
+  QMessageBox window(icon, box.caption, box.text);
+  window.setTextFormat(Qt::PlainText);
+  window.setWindowModality(Qt::ApplicationModal);
+  window.setAttribute(Qt::WA_QuitOnClose, false);
+  PutAbove(window, Owner());
+  standing_ = &window;
+
+  QEventLoop loop;
+  bool answered = false;
+  QObject::connect(&window, &QDialog::finished, &loop, [&] {
+    answered = true;
+    loop.quit();
+  });
+  window.show();
+  window.raise();
+  window.activateWindow();
+  loop.exec();
+  return answered;
+}
+
+void MessageBoxes::DismissAll() {
+  ended_ = true;
+  waiting_.clear();
+  if (standing_) standing_->reject();
+}
+
+void mb(MessageBoxes& boxes, const RunTimeError& lastError) {
+  boxes.Show("Tarvex VantODBC Error",
+             "TEST: Channel: 1  JET Database Error: " + std::to_string(lastError.Number()) + "  " +
+                 lastError.Description() + "\r\nPlease Contact Orvane Technical Services...",
+             MessageBoxes::Icon::Exclamation);
+}
