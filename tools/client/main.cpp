@@ -30,6 +30,7 @@ constexpr const char* kHelp =
        tarvex-client send CHANNEL CODE [PARM] [--wait SECONDS]
 
   show    prints the weights and the state of a channel, or of all channels
+          that have been opened
   watch   prints each change of a channel, until Ctrl-C or for N seconds
   send    sends the channel command CODE with the parameter PARM (0 if not
           given), and waits for the answer (5 seconds if not given)
@@ -90,6 +91,7 @@ int ShowAll() {
     DeviceClient client(channel);
     client.Read();
     const DeviceState& state = client.State();
+    if (state.description.empty()) continue;  // never opened: there is no device
     std::printf("%3d  %-24s %12s %12s %12s  %s\n", channel, state.description.c_str(), NumberText(state.gross).c_str(),
                 NumberText(state.tare).c_str(), NumberText(state.net).c_str(),
                 WithWords(state.status, StatusWords(state.status)).c_str());
@@ -127,7 +129,8 @@ std::string FieldText(const DeviceState& state, std::string_view name) {
   return "status " + std::to_string(state.status) + (words.empty() ? "" : " (" + words + ")");
 }
 
-std::string NewsText(const DeviceNews& news, const DeviceState& state) {
+/// Empty if the news tell nothing new.
+std::string NewsText(const DeviceNews& news, const DeviceState& before, const DeviceState& state) {
   switch (news.kind) {
     case DeviceNews::Kind::Update:
       return "CUpdate";
@@ -139,7 +142,10 @@ std::string NewsText(const DeviceNews& news, const DeviceState& state) {
       break;
   }
   std::string line;
-  for (const std::string& field : news.fields) line += (line.empty() ? "" : ", ") + FieldText(state, field);
+  for (const std::string& field : news.fields) {
+    const std::string text = FieldText(state, field);
+    if (text != FieldText(before, field)) line += (line.empty() ? "" : ", ") + text;
+  }
   return line;
 }
 
@@ -148,8 +154,12 @@ int Watch(int channel, Clock::time_point end) {
   client.Read();
   PrintChannel(channel, client.State());
   std::fflush(stdout);
+  DeviceState before = client.State();
   while (const auto news = client.Wait(end)) {
-    std::printf("%s  %s\n", TimeOfDay().c_str(), NewsText(*news, client.State()).c_str());
+    const std::string text = NewsText(*news, before, client.State());
+    before = client.State();
+    if (text.empty()) continue;
+    std::printf("%s  %s\n", TimeOfDay().c_str(), text.c_str());
     std::fflush(stdout);
   }
   return 0;
