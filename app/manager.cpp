@@ -15,5 +15,6 @@ Manager::Manager(const Outside& outside, const std::string& programFolder)
       logs_(*tables_, outside.files, outside.system),
       publication_(*tables_, outside.ports, outside.opc, logs_, outside.dialogs),
       configuration_(*tables_, outside.files, outside.ports, logs_, outside.notice),
-      engine_{*tables_,        outside.system, outside.events, outside.ports,       outside.files,    outside.notice, logs_,
-              configuration_, publication_,   terminal_,      outside.startupForm, outside.mainForm, outside.dialogs} {}
+      engine_{*tables_,       outside.system, outside.events, outside.ports, outside.files,       outside.notice,
+              logs_,          configuration_, publication_,   terminal_,     outside.startupForm, outside.mainForm,
+              outside.dialogs} {}

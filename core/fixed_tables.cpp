@@ -28,12 +28,12 @@ constexpr FixedProtocol kFixedProtocols[kLastFixedProtocol + 1] = {
 };
 
 constexpr std::string_view kBauds[] = {"1200", "2400", "4800", "9600", "19200", "38400"};
-constexpr std::string_view kFrames[] = {"N,7,1", "O,7,1", "E,7,1", "N,7,2", "O,7,2", "E,7,2", "N,8,1", "O,8,1", "E,8,1"};
-constexpr std::string_view kUnits[] = {"LB",   "KG",     "Grams",       "MilliGrams",   "MicroGrams", "Metric Tons",
-                                       "Tons", "Ounces", "Troy Ounces", "Penny Weight", "Pieces",     "Custom Units1",
-                                       "Custom Units2"};
-constexpr std::string_view kDecimalMasks[] = {"",        "#####0",  "####0.0", "###0.00",
-                                              "##0.000", "#0.0000", "0.00000"};
+constexpr std::string_view kFrames[] = {"N,7,1", "O,7,1", "E,7,1", "N,7,2", "O,7,2",
+                                        "E,7,2", "N,8,1", "O,8,1", "E,8,1"};
+constexpr std::string_view kUnits[] = {
+    "LB",     "KG",          "Grams",        "MilliGrams", "MicroGrams",    "Metric Tons",  "Tons",
+    "Ounces", "Troy Ounces", "Penny Weight", "Pieces",     "Custom Units1", "Custom Units2"};
+constexpr std::string_view kDecimalMasks[] = {"", "#####0", "####0.0", "###0.00", "##0.000", "#0.0000", "0.00000"};
 
 }  // namespace
 

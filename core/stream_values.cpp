@@ -25,7 +25,8 @@ struct Field {
   int position;
   int length;
 
-  Field(Boolean enable, int pos, int len) : enabled(enable == True), position(std::max(1, pos)), length(std::max(0, len)) {}
+  Field(Boolean enable, int pos, int len)
+      : enabled(enable == True), position(std::max(1, pos)), length(std::max(0, len)) {}
 
   /// A stream of position + length - 1 characters counts as too short.
   bool LiesIn(const std::string& stream) const {
@@ -36,9 +37,15 @@ struct Field {
   }
 };
 
-Field GrossField(const Tables& t, int proto) { return {t.ProtoGrossEnable[proto], t.ProtoGrossPos[proto], t.ProtoGrossLen[proto]}; }
-Field TareField(const Tables& t, int proto) { return {t.ProtoTareEnable[proto], t.ProtoTarePos[proto], t.ProtoTareLen[proto]}; }
-Field NetField(const Tables& t, int proto) { return {t.ProtoNetEnable[proto], t.ProtoNetPos[proto], t.ProtoNetLen[proto]}; }
+Field GrossField(const Tables& t, int proto) {
+  return {t.ProtoGrossEnable[proto], t.ProtoGrossPos[proto], t.ProtoGrossLen[proto]};
+}
+Field TareField(const Tables& t, int proto) {
+  return {t.ProtoTareEnable[proto], t.ProtoTarePos[proto], t.ProtoTareLen[proto]};
+}
+Field NetField(const Tables& t, int proto) {
+  return {t.ProtoNetEnable[proto], t.ProtoNetPos[proto], t.ProtoNetLen[proto]};
+}
 /// The ID tables have always been read with the channel number as index.
 Field IdField(const Tables& t, int ch) { return {t.ProtoIdEnable[ch], t.ProtoIdPos[ch], t.ProtoIdLen[ch]}; }
 
@@ -148,7 +155,8 @@ void WriteWeightLog(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   if (tables.ChanAsciiLog[ch] == False) return;
   std::string line = engine.system.DateTimeText() + " Device #: " + std::to_string(ch);
-  for (const std::string* value : {&tables.ChanGross[ch], &tables.ChanTare[ch], &tables.ChanNet[ch], &tables.ChanStreamId[ch]}) {
+  for (const std::string* value :
+       {&tables.ChanGross[ch], &tables.ChanTare[ch], &tables.ChanNet[ch], &tables.ChanStreamId[ch]}) {
     line += ", " + *value;
   }
   line += ", \r\n";

@@ -1,5 +1,3 @@
 #include "core/table.h"
 
-void RaiseSubscriptOutOfRange() {
-  throw RunTimeError(ErrorNumber::SubscriptOutOfRange, "Subscript out of range");
-}
+void RaiseSubscriptOutOfRange() { throw RunTimeError(ErrorNumber::SubscriptOutOfRange, "Subscript out of range"); }

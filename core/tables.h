@@ -9,11 +9,11 @@
 #include "core/table.h"
 #include "protocol/status_table.h"
 
-inline constexpr int kChannels = 32;        ///< channels that can exist, 0 to 31
-inline constexpr int kCommandRows = 10;     ///< device commands a protocol
-inline constexpr int kOpcTags = 7;          ///< tag rows that are set up and persisted
-inline constexpr int kNoChannel = -1;       ///< value of `ReinitChannel` when no channel is to be opened again
-inline constexpr std::int16_t kPrevStatusSentinel = -32765;      ///< no status word equals it
+inline constexpr int kChannels = 32;     ///< channels that can exist, 0 to 31
+inline constexpr int kCommandRows = 10;  ///< device commands a protocol
+inline constexpr int kOpcTags = 7;       ///< tag rows that are set up and persisted
+inline constexpr int kNoChannel = -1;    ///< value of `ReinitChannel` when no channel is to be opened again
+inline constexpr std::int16_t kPrevStatusSentinel = -32765;         ///< no status word equals it
 inline constexpr std::string_view kPrevWeightSentinel = "-999999";  ///< no weight text equals it
 inline constexpr std::string_view kPrevStreamIdSentinel = "X789879";
 
@@ -94,16 +94,16 @@ struct Tables {
   ChannelTable<Boolean> ChanVirtualTerminal;
   ChannelTable<Boolean> ChanInteractiveDbErrors;
   ChannelTable<Boolean> ChanDdeServer;
-  ChannelTable<std::int32_t> ChanRefresh;  ///< scan ticks
-  ChannelTable<std::int32_t> ChanTxDelay;  ///< milliseconds between paced characters; 0 sends none
-  ChannelTable<std::int32_t> ChanTimeout;  ///< scan ticks of silence, 0 = no time-out
+  ChannelTable<std::int32_t> ChanRefresh;          ///< scan ticks
+  ChannelTable<std::int32_t> ChanTxDelay;          ///< milliseconds between paced characters; 0 sends none
+  ChannelTable<std::int32_t> ChanTimeout;          ///< scan ticks of silence, 0 = no time-out
   Table<ChannelTable<std::string>, 8> ChanOpcTag;  ///< rows gross, tare, net, status, CMD, CMDPARM, CMDSTAT, spare
-  ChannelTable<std::int32_t> ChanPrimaryUnits;   ///< index into `UnitsTable`
-  ChannelTable<std::int32_t> ChanDecimalPlaces;  ///< index into `DecimalMaskTable`; 0 = take it from the stream
+  ChannelTable<std::int32_t> ChanPrimaryUnits;     ///< index into `UnitsTable`
+  ChannelTable<std::int32_t> ChanDecimalPlaces;    ///< index into `DecimalMaskTable`; 0 = take it from the stream
   ChannelTable<Boolean> ChanDataMap;
 
   // Protocol definition, one set a protocol, persisted in the format file. Positions count from 1.
-  ProtocolTable<std::string> ProtoFileName;   ///< begins with the path separator, written as a backslash
+  ProtocolTable<std::string> ProtoFileName;     ///< begins with the path separator, written as a backslash
   ProtocolTable<std::int32_t> ProtoMaxStream;   ///< characters kept; 0 becomes 48 at first use
   ProtocolTable<std::int32_t> ProtoTerminator;  ///< character code; 0 becomes 10 at first use
   ProtocolTable<std::int32_t> ProtoStartChar;   ///< character code, 0 = none
@@ -115,8 +115,8 @@ struct Tables {
   ProtocolTable<Boolean> ProtoNetEnable;
   ProtocolTable<std::int32_t> ProtoIdPos, ProtoIdLen;  ///< used with a channel number as index
   ProtocolTable<Boolean> ProtoIdEnable;
-  ProtocolTable<Boolean> ProtoFixedFormat;   ///< set by each load, read by nothing
-  ProtocolTable<std::int32_t> ProtoReserved;  ///< carried through load and save, read by nothing
+  ProtocolTable<Boolean> ProtoFixedFormat;       ///< set by each load, read by nothing
+  ProtocolTable<std::int32_t> ProtoReserved;     ///< carried through load and save, read by nothing
   ProtocolTable<std::int32_t> ProtoStatusCount;  ///< number of the first status row without a name, -1 = none
   ProtocolTable<StatusTable> ProtoStatusTable;
   ProtocolTable<std::int32_t> ProtoCmdStartChar;   ///< character code, 0 = none
@@ -125,8 +125,8 @@ struct Tables {
   Table<Table<ProtocolTable<std::string>, kCommandRows>, 3> ProtoCmdText;  ///< rows device text, name, code
   ProtocolTable<std::int16_t> ProtoDecimalCode;  ///< last decimal code found in status data; never reset
   ProtocolTable<std::string> ProtoPolarity;      ///< "+", "-" or "" of the stream now being handled
-  Table<std::string, 33> ProtoFormatMask;  ///< by protocol, but protocols 33 and up raise error 9: they cannot
-                                           ///< use status decimals
+  Table<std::string, 33> ProtoFormatMask;        ///< by protocol, but protocols 33 and up raise error 9: they cannot
+                                                 ///< use status decimals
 
   // Channel run-time state.
   ChannelTable<Boolean> ChanConnected;
@@ -139,9 +139,9 @@ struct Tables {
   ChannelTable<std::string> ChanRxChunk, ChanRxBuffer, ChanStream;
   ChannelTable<std::int16_t> ChanStatusBits, ChanPrevStatusBits;
   ChannelTable<Boolean> ChanMotion;
-  ChannelTable<std::string> ChanMode;   ///< "GROSS", "NET" or "" for this stream
-  ChannelTable<std::string> ChanError;  ///< upper-case error status name of this stream
-  ChannelTable<std::string> ChanUnits;  ///< upper-case units name of this stream
+  ChannelTable<std::string> ChanMode;                ///< "GROSS", "NET" or "" for this stream
+  ChannelTable<std::string> ChanError;               ///< upper-case error status name of this stream
+  ChannelTable<std::string> ChanUnits;               ///< upper-case units name of this stream
   Table<ChannelTable<std::string>, 11> ChanStatusN;  ///< rows 1 to 9
   ChannelTable<std::string> ChanMatchName, ChanMatchField;
   ChannelTable<std::string> ChanPrimaryUnitsName;

@@ -194,8 +194,7 @@ NumberText FormatNumber(const Decimal& value, std::string_view mask) {
 
   // Digits of the number in units of the last place of the mask, and the zeros that stand behind them.
   const std::uint64_t rounded = RoundOff(value.digits, -value.exponent - places);
-  const std::size_t zerosBehind =
-      rounded == 0 ? 0 : static_cast<std::size_t>(std::max(0, value.exponent + places));
+  const std::size_t zerosBehind = rounded == 0 ? 0 : static_cast<std::size_t>(std::max(0, value.exponent + places));
   const DigitText written = ToDigits(rounded);
   const std::string_view digits = rounded == 0 ? std::string_view{} : written.View();
   const std::size_t total = digits.size() + zerosBehind;

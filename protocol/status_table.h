@@ -25,7 +25,7 @@ enum class StatusAction : std::uint8_t {
 /// One row of a status table, turned into numbers.
 struct StatusRule {
   bool enabled = false;
-  bool text = false;         ///< several characters compared as text; otherwise one byte compared under a mask
+  bool text = false;           ///< several characters compared as text; otherwise one byte compared under a mask
   bool unconditional = false;  ///< text row that counts as matched as soon as the stream is long enough
   StatusAction action = StatusAction::None;
   std::uint8_t fieldMask = 0;  ///< bits of the byte that take part

@@ -60,10 +60,9 @@ class AutomationSource : public CommandSource {
   }
   void MarkPending() override { tables_.ChanUpdatePending[ch_] = True; }
   void WriteLogLine(const Command& command) override {
-    log_.WriteLog(LogType::Automation, "Device: " + std::to_string(ch_) +
-                                           "; Rcvd ActiveX Command: " + General(command.code) +
-                                           "  Parm: " + General(command.parameter) +
-                                           "   Stat: " + General(command.status));
+    log_.WriteLog(LogType::Automation,
+                  "Device: " + std::to_string(ch_) + "; Rcvd ActiveX Command: " + General(command.code) +
+                      "  Parm: " + General(command.parameter) + "   Stat: " + General(command.status));
   }
 
  private:
@@ -105,10 +104,9 @@ class OpcSource : public CommandSource {
   void MarkPending() override { tables_.ChanOpcPending[ch_] = True; }
   /// Read anew from the items, as the server wrote them.
   void WriteLogLine(const Command&) override {
-    log_.WriteLog(LogType::Opc, "Device: " + std::to_string(ch_) +
-                                    "; Rcvd OPC Command: " + OpcText(opc_.Value(kOpcCmd)) +
-                                    "  Parm: " + OpcText(opc_.Value(kOpcCmdParm)) +
-                                    "   Stat: " + OpcText(opc_.Value(kOpcCmdStat)));
+    log_.WriteLog(LogType::Opc,
+                  "Device: " + std::to_string(ch_) + "; Rcvd OPC Command: " + OpcText(opc_.Value(kOpcCmd)) +
+                      "  Parm: " + OpcText(opc_.Value(kOpcCmdParm)) + "   Stat: " + OpcText(opc_.Value(kOpcCmdStat)));
   }
 
  private:

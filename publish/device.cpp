@@ -13,4 +13,6 @@ void Device::CDoUpdate() {
 
 void Device::Attach(DeviceSink& sink) { sinks_.push_back(&sink); }
 
-void Device::Detach(DeviceSink& sink) { std::replace(sinks_.begin(), sinks_.end(), &sink, static_cast<DeviceSink*>(nullptr)); }
+void Device::Detach(DeviceSink& sink) {
+  std::replace(sinks_.begin(), sinks_.end(), &sink, static_cast<DeviceSink*>(nullptr));
+}

@@ -20,12 +20,7 @@ constexpr int kStatusSlot = 3;
 }  // namespace
 
 Publication::Publication(Tables& tables, SerialPorts& ports, OpcControls& opc, Log& log, ScanDialogs& dialogs)
-    : tables_(tables),
-      ports_(ports),
-      opc_(opc),
-      log_(log),
-      dialogs_(dialogs),
-      automation_(tables) {}
+    : tables_(tables), ports_(ports), opc_(opc), log_(log), dialogs_(dialogs), automation_(tables) {}
 
 void Publication::CreateTopics() { topics_.Clear(); }
 
@@ -100,12 +95,11 @@ void Publication::RepublishOffline(int ch) {
 
 void Publication::TakeAutomationCommand(int ch) { TakeCommandFromAutomation(tables_, ports_, log_, ch); }
 
-void Publication::TakeOpcCommand(int ch) {
-  TakeCommandFromOpc(tables_, ports_, log_, opc_.Control(ch), ch);
-}
+void Publication::TakeOpcCommand(int ch) { TakeCommandFromOpc(tables_, ports_, log_, opc_.Control(ch), ch); }
 
 void Publication::Flush(int ch) {
-  if (tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True) UpdateOpc(tables_, opc_.Control(ch), ch);
+  if (tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True)
+    UpdateOpc(tables_, opc_.Control(ch), ch);
   if (tables_.ChanDdeServer[ch] == True && tables_.ChanDdePending[ch] == True) {
     tables_.ChanDdePending[ch] = False;
     topics_.UpdateDDELinks(tables_, ch);
