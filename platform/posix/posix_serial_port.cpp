@@ -1,5 +1,7 @@
 #include "platform/posix/posix_serial_port.h"
 
+#include <sys/epoll.h>
+
 #include <algorithm>
 
 #include "platform/posix/line_settings.h"
@@ -101,17 +103,17 @@ void PosixSerialPort::Prepare() {
   Watch();
 }
 
-void PosixSerialPort::Serve() {
+void PosixSerialPort::Serve(std::uint32_t events) {
+  if (!PortOpen() || link_->Handle() < 0) return;
   if (link_->Now() == Link::State::Connecting) {
-    link_->Progress(slot_.revents);
+    link_->Progress(static_cast<short>(events));
     return Watch();
   }
-  if ((slot_.revents & ~POLLOUT) != 0) Receive();
-  if ((slot_.revents & POLLOUT) != 0 && link_->Now() == Link::State::Connected) Send();
+  if ((events & ~std::uint32_t{EPOLLOUT}) != 0) Receive((events & (EPOLLERR | EPOLLHUP)) != 0);
+  if ((events & EPOLLOUT) != 0 && link_->Now() == Link::State::Connected) Send();
 }
 
-void PosixSerialPort::Receive() {
-  bool deviceGone = (slot_.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+void PosixSerialPort::Receive(bool deviceGone) {
   while (inputSize_ < kInputLimit) {
     const std::size_t asked = std::min(kReadSize, kInputLimit - inputSize_);
     const auto count = link_->Read(input_.get() + inputSize_, asked);
@@ -140,9 +142,14 @@ void PosixSerialPort::GiveUpDevice() {
 }
 
 void PosixSerialPort::Watch() {
-  slot_.revents = 0;
-  slot_.fd = PortOpen() ? link_->Handle() : -1;
-  const bool wantsOutput = !output_.empty() || (PortOpen() && link_->Now() == Link::State::Connecting);
-  const bool wantsInput = PortOpen() && link_->Now() == Link::State::Connected;
-  slot_.events = static_cast<short>((wantsInput ? POLLIN : 0) | (wantsOutput ? POLLOUT : 0));
+  const int handle = PortOpen() ? link_->Handle() : -1;
+  if (handle < 0) return;  // closing a descriptor ended its watch
+  const bool wantsOutput = !output_.empty() || link_->Now() == Link::State::Connecting;
+  const bool wantsInput = link_->Now() == Link::State::Connected;
+  epoll_event wanted{};
+  wanted.events = (wantsInput ? EPOLLIN : 0U) | (wantsOutput ? EPOLLOUT : 0U);
+  wanted.data.u32 = index_;
+  // A descriptor opened anew may have the number of the one before, so only the poller knows what it watches.
+  const int poller = surroundings_.poller.Get();
+  if (epoll_ctl(poller, EPOLL_CTL_MOD, handle, &wanted) != 0) epoll_ctl(poller, EPOLL_CTL_ADD, handle, &wanted);
 }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <poll.h>
-
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <set>
 #include <string>
 
+#include "platform/posix/descriptor.h"
 #include "platform/posix/link.h"
 #include "platform/serial_ports.h"
 
@@ -16,13 +15,14 @@ struct PortSurroundings {
   std::function<std::string(int comNumber)> addressOf;
   std::function<std::int64_t()> clock;  ///< milliseconds that never run backwards
   std::set<std::string> heldAddresses;  ///< of all open ports, also of those whose device is away
+  Descriptor poller;                    ///< epoll instance that watches the links of all open ports
 };
 
 /// One port: its settings, its link while it is open, the bytes waiting on either side.
 class PosixSerialPort : public SerialPort {
  public:
-  /// `slot` is this port's place in the list handed to poll(); it is ignored there while its `fd` is negative.
-  PosixSerialPort(PortSurroundings& surroundings, pollfd& slot) : surroundings_(surroundings), slot_(slot) {}
+  /// `index` is what the poller says of this port.
+  PosixSerialPort(PortSurroundings& surroundings, std::uint32_t index) : surroundings_(surroundings), index_(index) {}
   PosixSerialPort(const PosixSerialPort&) = delete;
   PosixSerialPort& operator=(const PosixSerialPort&) = delete;
   ~PosixSerialPort() override { Close(); }
@@ -47,20 +47,20 @@ class PosixSerialPort : public SerialPort {
 
   /// Before the poll of a tick: looks for a device that is away.
   void Prepare();
-  /// After the poll, if it had anything to say of this port.
-  void Serve();
+  /// After the poll, if it had anything to say of this port: `events` as epoll gives them.
+  void Serve(std::uint32_t events);
 
  private:
   std::unique_ptr<Link> MakeLink() const;
   std::string Who(const std::string& address) const;
   void RequireOpen() const;
-  void Receive();
+  void Receive(bool deviceGone);
   void Send();
   void GiveUpDevice();
   void Watch();
 
   PortSurroundings& surroundings_;
-  pollfd& slot_;
+  std::uint32_t index_;
   int commPort_ = 1;
   std::string settings_ = "9600,N,8,1";
   int handshaking_ = 0;

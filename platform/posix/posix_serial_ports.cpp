@@ -1,6 +1,11 @@
 #include "platform/posix/posix_serial_ports.h"
 
+#include <sys/epoll.h>
+
+#include <array>
+#include <cerrno>
 #include <ctime>
+#include <system_error>
 
 #include "core/table.h"
 
@@ -12,9 +17,9 @@ std::int64_t MonotonicMilliseconds() {
 
 PosixSerialPorts::PosixSerialPorts(std::function<std::string(int comNumber)> addressOf,
                                    std::function<std::int64_t()> clock)
-    : surroundings_{std::move(addressOf), std::move(clock), {}} {
-  slots_.fill({-1, 0, 0});
-  for (pollfd& slot : slots_) ports_.emplace_back(surroundings_, slot);
+    : surroundings_{std::move(addressOf), std::move(clock), {}, Descriptor(epoll_create1(EPOLL_CLOEXEC))} {
+  if (!surroundings_.poller) throw std::system_error(errno, std::generic_category(), "The ports cannot be watched");
+  for (std::uint32_t index = 0; index < kPorts; ++index) ports_.emplace_back(surroundings_, index);
 }
 
 SerialPort& PosixSerialPorts::Port(int ch) {
@@ -24,8 +29,10 @@ SerialPort& PosixSerialPorts::Port(int ch) {
 
 void PosixSerialPorts::Poll() {
   for (PosixSerialPort& port : ports_) port.Prepare();
-  if (poll(slots_.data(), slots_.size(), 0) <= 0) return;
-  for (std::size_t ch = 0; ch < kPorts; ++ch) {
-    if (slots_[ch].revents != 0) ports_[ch].Serve();
+  std::array<epoll_event, kPorts> events;
+  const int count = epoll_wait(surroundings_.poller.Get(), events.data(), kPorts, 0);
+  for (int event = 0; event < count; ++event) {
+    const epoll_event& ready = events[static_cast<std::size_t>(event)];
+    ports_[ready.data.u32].Serve(ready.events);
   }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <deque>
 
 #include "platform/posix/posix_serial_port.h"
@@ -8,8 +7,8 @@
 /// Milliseconds of a clock that never runs backwards.
 std::int64_t MonotonicMilliseconds();
 
-/// The control array on real devices, pseudo-terminals and device servers. One poll() a tick covers all ports; a
-/// silent port costs nothing more.
+/// The control array on real devices, pseudo-terminals and device servers. One call of the system a tick covers all
+/// ports, and a silent port costs nothing at all.
 class PosixSerialPorts : public SerialPorts {
  public:
   /// `addressOf` gives the address of a COM number, asked each time a port is opened: a device path or
@@ -24,6 +23,5 @@ class PosixSerialPorts : public SerialPorts {
   static constexpr std::size_t kPorts = 32;
 
   PortSurroundings surroundings_;
-  std::array<pollfd, kPorts> slots_;
   std::deque<PosixSerialPort> ports_;
 };
