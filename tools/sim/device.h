@@ -15,7 +15,7 @@ struct DeviceSettings {
   int com = 0;  ///< COM number under which the plant reaches it
   std::string name;
   std::string link;  ///< path of the pseudo-terminal's link; empty for a TCP device
-  int tcpPort = 0;
+  int tcpPort = -1;  ///< -1: no TCP device; 0: any free port
   FrameForm form = FrameForm::Standard;
   double rate = 10;        ///< frames a second
   bool onRequest = false;  ///< a frame only for a print command

@@ -128,6 +128,9 @@ class TcpLine : public Line {
       RaiseSystemError("Cannot listen on " + Address());
     }
     MakeNonBlocking(listener_.Get());
+    socklen_t size = sizeof address;
+    getsockname(listener_.Get(), reinterpret_cast<sockaddr*>(&address), &size);
+    port_ = ntohs(address.sin_port);
   }
   void Pull() override {
     client_.Close();

@@ -8,7 +8,7 @@ constexpr double kUntilToldOtherwise = 1e9;
 constexpr double kUsualSeconds = 5;
 
 std::unique_ptr<Line> MakeLine(const DeviceSettings& settings) {
-  return settings.tcpPort > 0 ? MakeTcpLine(settings.tcpPort) : MakeTerminalLine(settings.link);
+  return settings.tcpPort >= 0 ? MakeTcpLine(settings.tcpPort) : MakeTerminalLine(settings.link);
 }
 
 }  // namespace

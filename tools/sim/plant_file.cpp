@@ -97,7 +97,7 @@ const Key kKeys[] = {
     {"name", [](D& d, V v) { d.name = v; }},
     {"com", [](D& d, V v) { d.com = ToWhole(v, 1, 68); }},
     {"link", [](D& d, V v) { d.link = v; }},
-    {"tcp", [](D& d, V v) { d.tcpPort = ToWhole(v, 1, 65535); }},
+    {"tcp", [](D& d, V v) { d.tcpPort = ToWhole(v, 0, 65535); }},
     {"form", SetForm},
     {"mode", [](D& d, V v) { d.onRequest = ToChoice(v, "continuous", "request"); }},
     {"rate", [](D& d, V v) { d.rate = ToNumber(v, 0.1, 1000); }},
@@ -166,7 +166,7 @@ class PlantReader {
     DeviceSettings& device = devices_.back();
     if (device.com == 0) Fail("the scale above has no \"com\"");
     if (!coms_.insert(device.com).second) Fail("COM" + std::to_string(device.com) + " is used twice");
-    if (device.tcpPort == 0) {
+    if (device.tcpPort < 0) {
       if (device.link.empty()) device.link = "scale" + std::to_string(device.com);
       if (device.link.front() != '/') device.link = linksFolder_ + "/" + device.link;
     }
