@@ -40,22 +40,23 @@ constexpr CaptionTone kCaptionTones[] = {
 
 struct ToneLooks {
   Look name;
-  Look weight;
+  Look indicated;  ///< the weight that the device indicates: gross, in net mode net
+  Look otherWeight;
   Look caption;
 };
 
 ToneLooks LooksOf(RowTone tone) {
   switch (tone) {
     case RowTone::Normal:
-      return {Look::Name, Look::Strong, Look::Plain};
+      return {Look::Name, Look::Strong, Look::Plain, Look::Plain};
     case RowTone::Waiting:
-      return {Look::Name, Look::Plain, Look::Yellow};
+      return {Look::Name, Look::Plain, Look::Plain, Look::Yellow};
     case RowTone::Fault:
-      return {Look::Name, Look::Faint, Look::Alarm};
+      return {Look::Name, Look::Faint, Look::Faint, Look::Alarm};
     case RowTone::Disabled:
       break;
   }
-  return {Look::Faint, Look::Faint, Look::Faint};
+  return {Look::Faint, Look::Faint, Look::Faint, Look::Faint};
 }
 
 bool IsLamp(int item) { return item <= Item::Error; }
@@ -102,9 +103,10 @@ std::string FitCell(std::string text, int item, const CellPlace& place) {
 }
 
 Look LookOf(const Tables& tables, int ch, int item) {
-  const RowTone tone = ToneOf(tables, ch);
   if (IsLamp(item)) return tables.ChanIndicator[item][ch] == True ? LampOf(item).look : Look::Faint;
-  const ToneLooks looks = LooksOf(tone);
+  const ToneLooks looks = LooksOf(ToneOf(tables, ch));
   if (item == Item::Description) return looks.name;
-  return IsWeight(item) ? looks.weight : looks.caption;
+  if (item == Item::StatusCaption) return looks.caption;
+  const int indicated = tables.ChanIndicator[Item::Net][ch] == True ? Item::NetWeight : Item::Gross;
+  return item == indicated ? looks.indicated : looks.otherWeight;
 }

@@ -16,9 +16,9 @@ struct Widths {
   int gap;
 };
 
-/// Twenty columns hold the longest caption of a fault without its dots, so the caption never gets less at 80.
+/// Twenty columns hold the longest caption of a fault without its dots, and is what 80 columns leave for it.
 constexpr Widths kWidths[] = {
-    {132, 2, 36, 12, 12, 2}, {100, 1, 24, 10, 10, 2},           {80, 1, 18, 8, 8, 1},
+    {132, 2, 36, 12, 12, 2}, {100, 1, 24, 10, 10, 2},           {80, 1, 19, 8, 8, 1},
     {60, 1, 10, 8, 8, 1},    {kNarrowestScreen, 1, 0, 8, 0, 1},
 };
 

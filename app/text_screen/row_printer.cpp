@@ -5,6 +5,7 @@
 #include "platform/curses/display_text.h"
 
 std::string RowPrinter::Lines() {
+  if (tables_.ChannelsInitialised == False) return {};
   if (!rate_.Update(tables_.StreamsDecoded, system_.WallSeconds())) return {};
   std::string lines = system_.DateTimeText() + "  " + CountText(CountChannels(tables_), rate_.PerSecond()) + "\n";
   const ChannelSet shown = ShownChannels(tables_, false);

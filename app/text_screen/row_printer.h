@@ -13,7 +13,8 @@ class RowPrinter {
   RowPrinter(const Tables& tables, System& system) : tables_(tables), system_(system) {}
 
   /// The lines due now, with line feeds: a head with time and counts, then a line for each channel that is enabled
-  /// or failed. Empty until the next second begins.
+  /// or failed. Empty until the next second begins, and
+  /// before the channels have been opened.
   std::string Lines();
 
  private:

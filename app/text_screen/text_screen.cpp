@@ -214,9 +214,8 @@ void TextScreen::DrawItem(int ch, int item) {
   tables_.ChanDirty[item][ch] = False;
 
   // The looks of the texts follow the state of the row: they are drawn anew when it changes.
-  int& tone = toneOf_[static_cast<std::size_t>(ch)];
-  const int newTone = static_cast<int>(ToneOf(tables_, ch));
-  if (std::exchange(tone, newTone) == newTone) return;
+  const int tone = 2 * static_cast<int>(ToneOf(tables_, ch)) + (tables_.ChanIndicator[Item::Net][ch] == True ? 1 : 0);
+  if (std::exchange(toneOf_[static_cast<std::size_t>(ch)], tone) == tone) return;
   for (int other = Item::Description; other <= Item::StatusCaption; ++other) {
     if (other != item) tables_.ChanDirty[other][ch] = True;
   }

@@ -114,6 +114,7 @@ CursesTerminal::Impl::Impl() {
   keypad(keys, TRUE);
   nodelay(keys, TRUE);
   leaveok(stdscr, TRUE);
+  typeahead(-1);  // a key pressed does not hold up the picture
   if (has_colors()) {
     start_color();
     use_default_colors();
