@@ -19,7 +19,7 @@ constexpr int kLongestWord = 60;
 /// Line ends are kept; what a device or a file put into the text is made harmless, and never widens the box.
 QString BoxText(std::string_view bytes) {
   QString text = ToVisibleText(bytes);
-  text.replace(u"\u240D\u240A"_qs, u"\n"_qs);
+  text.replace(ToVisibleText("\r\n"), "\n");
   if (text.size() > kLongestText) text = text.left(kLongestText) + QChar(0x2026);
   QString broken;
   int word = 0;
@@ -67,6 +67,7 @@ bool MessageBoxes::Hold(const Box& box) {
   const auto icon = box.icon == Icon::Critical ? QMessageBox::Critical : QMessageBox::Warning;
   QMessageBox window(icon, box.caption, box.text);
   window.setTextFormat(Qt::PlainText);
+  window.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
   window.setWindowModality(Qt::ApplicationModal);
   window.setAttribute(Qt::WA_QuitOnClose, false);
   PutAbove(window, Owner());
@@ -82,6 +83,7 @@ bool MessageBoxes::Hold(const Box& box) {
   window.raise();
   window.activateWindow();
   loop.exec();
+  standing_ = nullptr;
   return answered;
 }
 

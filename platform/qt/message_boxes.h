@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointer>
 #include <QString>
 #include <deque>
 #include <optional>
@@ -18,7 +17,7 @@ class MessageBoxes {
   enum class Icon { Critical, Exclamation };
 
   void Show(std::string_view caption, std::string_view text, Icon icon = Icon::Critical);
-  bool Standing() const { return standing_ != nullptr; }
+  bool Standing() const { return shown_.has_value(); }
   /// End of the program: the box that stands is closed, the waiting ones are given up, and no more are shown.
   void DismissAll();
 
@@ -35,7 +34,7 @@ class MessageBoxes {
 
   std::optional<Box> shown_;
   std::deque<Box> waiting_;
-  QPointer<QMessageBox> standing_;
+  QMessageBox* standing_ = nullptr;
   bool ended_ = false;
 };
 

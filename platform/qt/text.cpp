@@ -1,34 +1,39 @@
 #include "platform/qt/text.h"
 
 #include <QStringDecoder>
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
-constexpr char16_t kControlPictures = 0x2400;  ///< the picture of NUL; the others follow in order
-constexpr char16_t kDeletePicture = 0x2421;
+constexpr const char* kControlNames[] = {
+    "NUL", "SOH", "STX", "ETX", "EOT", "ENQ", "ACK", "BEL", "BS",  "TAB", "LF",  "VT",  "FF", "CR", "SO", "SI",
+    "DLE", "DC1", "DC2", "DC3", "DC4", "NAK", "SYN", "ETB", "CAN", "EM",  "SUB", "ESC", "FS", "GS", "RS", "US",
+};
+constexpr char16_t kDelete = 0x7F;
 
 struct Range {
   char16_t first;
   char16_t last;
 };
 
-/// Characters without a picture that act on the line instead of standing in it.
+/// Characters without a name that act on the line instead of standing in it.
 constexpr Range kUnruly[] = {
-    {0x0080, 0x009F},                                                        // the upper control characters
-    {0x061C, 0x061C},                                                        // marks of direction
-    {0x200E, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}, {0x2028, 0x2029},  // separators of lines and paragraphs
-    {0xFEFF, 0xFEFF},
+    {0x0080, 0x009F},  // upper control characters
+    {0x00AD, 0x00AD},  // soft hyphen
+    {0x061C, 0x061C},  // marks of direction
+    {0x200B, 0x200B},  // space without a width
+    {0x200E, 0x200F},  // marks of direction
+    {0x2028, 0x202E},  // separators of lines and paragraphs, directions
+    {0x2066, 0x2069},  // directions
+    {0xFEFF, 0xFEFF},  // mark of byte order
 };
 
-QChar Visible(QChar character) {
-  const char16_t code = character.unicode();
-  if (code < 0x20) return QChar(static_cast<char16_t>(kControlPictures + code));
-  if (code == 0x7F) return QChar(kDeletePicture);
-  for (const Range& range : kUnruly) {
-    if (code >= range.first && code <= range.last) return QChar(QChar::ReplacementCharacter);
-  }
-  return character;
+bool IsUnruly(char16_t code) {
+  return std::ranges::any_of(kUnruly, [&](const Range& range) { return code >= range.first && code <= range.last; });
 }
+
+QString Named(const QString& name) { return QChar(0x2039) + name + QChar(0x203A); }
 
 }  // namespace
 
@@ -42,7 +47,20 @@ QString ToText(std::string_view bytes) {
 std::string ToBytes(const QString& text) { return text.toStdString(); }
 
 QString ToVisibleText(std::string_view bytes) {
-  QString text = ToText(bytes);
-  for (QChar& character : text) character = Visible(character);
-  return text;
+  const QString text = ToText(bytes);
+  QString visible;
+  visible.reserve(text.size());
+  for (const QChar character : text) {
+    const char16_t code = character.unicode();
+    if (code < std::size(kControlNames)) {
+      visible += Named(kControlNames[code]);
+    } else if (code == kDelete) {
+      visible += Named("DEL");
+    } else if (IsUnruly(code)) {
+      visible += Named(QString::number(code, 16).toUpper());
+    } else {
+      visible += character;
+    }
+  }
+  return visible;
 }

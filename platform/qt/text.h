@@ -12,6 +12,7 @@ QString ToText(std::string_view bytes);
 /// The text as UTF-8.
 std::string ToBytes(const QString& text);
 
-/// As `ToText`, for texts from devices and files that are drawn in one line: control characters become their
-/// pictures, and what would break the line or turn the direction of reading becomes a replacement character.
+/// As `ToText`, for texts from devices and files that are drawn in one line: a control character becomes its name,
+/// such as ‹STX›, and what would break the line or turn the direction of reading becomes its code, such as
+/// ‹202E›.
 QString ToVisibleText(std::string_view bytes);
