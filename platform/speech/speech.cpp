@@ -59,6 +59,11 @@ class Service {
   SPDConnection* connection_ = nullptr;
 };
 
+std::string OnOneLine(std::string text) {
+  std::ranges::replace(text, '\n', ' ');
+  return text;
+}
+
 /// A service that breaks off would otherwise end the program.
 void IgnoreBrokenPipes() {
   sigset_t brokenPipe;
@@ -107,7 +112,7 @@ struct Speech::Desk {
   /// Tells a program that still runs, if it does not know yet.
   void Report(const FaultHandler& onFault, const std::string& why) {
     const std::lock_guard lock(mutex);
-    if (!why.empty() && !failing && !ended) onFault(why);
+    if (!why.empty() && !failing && !ended) onFault("No speech: " + OnOneLine(why));
     failing = !why.empty();
   }
 
