@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tools/replay/capture.h"
+
+namespace {
+
+/// All steps of a capture in one line: bytes in quotes, actions with what they carry.
+std::string Steps(const std::string& text) {
+  std::istringstream stream(text);
+  CaptureReader reader(stream, "c");
+  std::string steps;
+  try {
+    while (const auto step = reader.Next()) {
+      if (const auto* arriving = std::get_if<ArrivingBytes>(&*step)) steps += "'" + arriving->bytes + "' ";
+      if (const auto* writes = std::get_if<DeviceWrites>(&*step)) {
+        Device device;
+        for (const auto& write : writes->fields) write(device);
+        steps += "device " + std::to_string(device.CCmd) + "," + std::to_string(static_cast<int>(device.CCmdParm)) +
+                 "," + device.CDeviceDesc + " ";
+      }
+      if (const auto* arrivals = std::get_if<OpcArrivals>(&*step)) {
+        for (const auto& [item, value] : arrivals->items) {
+          steps += "opc " + std::to_string(item) + ":" + std::to_string(value.index()) + " ";
+        }
+      }
+    }
+  } catch (const CaptureError& fault) {
+    steps += fault.what();
+  }
+  return steps;
+}
+
+TEST(CaptureReaderTest, EachLineIsATickUnlessItIsACommentOrAnAction) {
+  EXPECT_EQ(Steps("41 4b4C\n\n  \t\n# comment\n 41 # and a comment\r\n  # only that\n"), "'AKL' '' '' 'A' ");
+  EXPECT_EQ(Steps("!device CCmd=-3 CCmdParm=12.5 CDeviceDesc=Silo\n41"), "device -3,12,Silo 'A' ");
+  EXPECT_EQ(Steps("!opc 4=3 5=12.5 6= 7=text # comment\n"), "opc 4:2 opc 5:2 opc 6:0 opc 7:3 ");
+  EXPECT_EQ(Steps(""), "");
+}
+
+TEST(CaptureReaderTest, ALineThatCannotBeReadIsNamedWithItsFault) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"4G", "'G' is no hex digit"},
+      {"41 4", "the last byte has one hex digit only"},
+      {"!print 3=4", "'!print' is unknown; there are !device and !opc"},
+      {"!device CCmd", "'CCmd' is not of the form name=value"},
+      {"!device Cmd=3", "a Device has no field 'Cmd'"},
+      {"!device CCmd=40000", "'40000' is out of range"},
+      {"!device CCmd=3x", "'3x' is no number"},
+      {"!opc 8=1", "there is no OPC item 8, only 0 to 7"},
+      {"!opc x=1", "'x' is no number"},
+  };
+  for (const auto& [line, fault] : cases) EXPECT_EQ(Steps("# first\n41\n" + line), "'A' c:3: " + fault);
+}
+
+}  // namespace

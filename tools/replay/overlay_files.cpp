@@ -1,0 +1,20 @@
+#include "tools/replay/overlay_files.h"
+
+#include <utility>
+
+std::vector<OverlayFiles::Line> OverlayFiles::TakeLines() { return std::exchange(lines_, {}); }
+
+std::string OverlayFiles::NameSources(std::string text) const {
+  for (const auto& [path, source] : sources_) {
+    for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path, at + source.size())) {
+      text.replace(at, path.size(), source);
+    }
+  }
+  return text;
+}
+
+std::string OverlayFiles::Read(const std::string& path) {
+  if (const auto written = written_.find(path); written != written_.end()) return written->second;
+  const auto source = sources_.find(path);
+  return disk_.Read(source == sources_.end() ? path : source->second);
+}
