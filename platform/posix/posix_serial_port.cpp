@@ -11,10 +11,10 @@
 
 namespace {
 
-constexpr std::size_t kInputLimit = 64 * 1024;   // bytes a port takes in a tick, so that a burst cannot hold it up
-constexpr std::size_t kReadSize = 2048;          // below what a terminal driver keeps: a shorter read emptied it
-constexpr std::size_t kOutputLimit = 64 * 1024;  // bytes
-constexpr std::int64_t kRetryAfter = 1000;       // milliseconds
+constexpr std::size_t kInputLimit = 65'536;   // bytes a port takes in a tick, so that a burst cannot hold it up
+constexpr std::size_t kReadSize = 2048;       // below what a terminal driver keeps: a shorter read emptied it
+constexpr std::size_t kOutputLimit = 65'536;  // bytes
+constexpr std::int64_t kRetryAfter = 1000;    // milliseconds
 
 }  // namespace
 
