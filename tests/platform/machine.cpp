@@ -13,7 +13,7 @@
 #include "platform/run_time_error.h"
 
 bool Eventually(const std::function<bool()>& condition) {
-  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(5);
   while (!condition()) {
     if (std::chrono::steady_clock::now() > limit) return false;
     poll(nullptr, 0, 1);

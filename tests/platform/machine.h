@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Waits until `condition` holds, 10 seconds at most; false if it never did.
+/// Waits until `condition` holds, 5 seconds at most; false if it never did.
 bool Eventually(const std::function<bool()>& condition);
 
 /// Descriptors this process holds open.

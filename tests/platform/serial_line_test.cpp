@@ -34,6 +34,7 @@ TEST(SerialLine, EverySettingOfTheSetupScreenOpensAndCarriesEveryByteBothWays) {
     SCOPED_TRACE(settings);
     SerialPort& port = floor.Open(0, settings.c_str());
     floor.ExpectTalk(scale, AllBytes());
+    if (HasFailure()) return;
     port.Close();
   }
 }
@@ -119,6 +120,27 @@ TEST(SerialLine, ADeviceTheUserMayNotUseIsInvalidAndTheReasonIsTold) {
     return 3;
   });
   EXPECT_EQ(user.ExitStatus(), 0);
+}
+
+TEST(SerialLine, TheTerminalTheProgramWasStartedFromIsNoPort) {
+  Scale terminal;
+  OtherProcess user([&] {
+    setsid();
+    const Descriptor own(open(terminal.Path().c_str(), O_RDWR));  // becomes the controlling terminal
+    return FaultNumber([&] { PlantFloor(terminal.Path()).Open(); }) == ErrorNumber::SerialPortInvalid ? 0 : 1;
+  });
+  EXPECT_EQ(user.ExitStatus(), 0);
+}
+
+TEST(SerialLine, OpeningAPortNeverTakesItAsControllingTerminal) {
+  Scale scale;
+  OtherProcess daemon([&] {
+    setsid();
+    PlantFloor floor(scale.Path());
+    floor.Open();
+    return open("/dev/tty", O_RDWR) < 0 ? 0 : 1;
+  });
+  EXPECT_EQ(daemon.ExitStatus(), 0);
 }
 
 TEST(SerialLine, SettingsThatAreNoneAreAnInvalidPort) {
