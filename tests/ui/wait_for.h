@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <functional>
+
+/// Lets events run until the condition holds, ten seconds at most; tells whether it does.
+inline bool WaitFor(const std::function<bool()>& condition) {
+  QElapsedTimer time;
+  time.start();
+  QTimer wakeUp;  // conditions may come true without an event
+  wakeUp.start(10);
+  while (!condition() && time.elapsed() < 10'000) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  return condition();
+}
