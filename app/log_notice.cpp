@@ -14,6 +14,10 @@ void LogNotice::MessageBox(std::string_view caption, std::string_view text) {
   Write(OnOneLine(caption) + ": " + OnOneLine(text));
 }
 
+void LogNotice::MessageBoxWithDetail(std::string_view caption, std::string_view text, std::string_view detail) {
+  MessageBox(caption, std::string(text) + "\r\n" + std::string(detail));
+}
+
 void LogNotice::Speak(std::string_view sentence) {
   if (voice_) return voice_(sentence);
   Write("Spoken: " + OnOneLine(sentence));

@@ -18,6 +18,7 @@ class LogNotice : public OperatorNotice {
   LogNotice(System& system, int standardError) : system_(system), output_(standardError) {}
 
   void MessageBox(std::string_view caption, std::string_view text) override;
+  void MessageBoxWithDetail(std::string_view caption, std::string_view text, std::string_view detail) override;
   void Speak(std::string_view sentence) override;
   /// Has sentences spoken instead of written.
   void SpeakWith(std::function<void(std::string_view)> voice) { voice_ = std::move(voice); }

@@ -64,12 +64,15 @@ void TakeDatabaseFault(Engine& engine, int ch, const DatabaseFault& kind, const 
 
 /// The channel is disabled in the tables alone: its file keeps the user's choice, and is read again so that
 /// the setup shows it.
-void TakePortFault(Engine& engine, int ch, const PortFault& kind) {
+void TakePortFault(Engine& engine, int ch, const PortFault& kind, const RunTimeError& fault) {
   Tables& tables = engine.tables;
+  const std::string cause = ChannelPrefix(ch) + "  " + fault.Description();
   LogFromTrap(engine, ChannelPrefix(ch) + "  " + std::string(kind.logText));
+  LogFromTrap(engine, cause);
   Say(tables, engine.notice, kind.occasion, ch);
-  engine.notice.MessageBox("Tarvex Device Initialization Error",
-                           std::string(kind.boxText) + "\r\n" + "Restoring default Tarvex Std. settings now...");
+  engine.notice.MessageBoxWithDetail(
+      "Tarvex Device Initialization Error",
+      std::string(kind.boxText) + "\r\n" + "Restoring default Tarvex Std. settings now...", cause);
   if (kind.number == ErrorNumber::SerialPortInvalid) {
     SerialPort& port = engine.ports.Port(ch);
     port.SetCommPort(1);
@@ -79,8 +82,8 @@ void TakePortFault(Engine& engine, int ch, const PortFault& kind) {
   try {
     engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
     engine.configuration.CfgProc(CfgAction::TablesToScreen, ch);
-  } catch (const RunTimeError& fault) {
-    LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(fault));
+  } catch (const RunTimeError& unreadable) {
+    LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(unreadable));
   }
   tables.ChanEnabled[ch] = False;
   for (int item = Item::Motion; item <= Item::Error; ++item) {
@@ -120,7 +123,7 @@ void HandleFault(Engine& engine, int ch, const RunTimeError& fault) {
     if (fault.Number() >= kind.first && fault.Number() <= kind.last) return TakeDatabaseFault(engine, ch, kind, fault);
   }
   for (const PortFault& kind : kPortFaults) {
-    if (fault.Number() == kind.number) return TakePortFault(engine, ch, kind);
+    if (fault.Number() == kind.number) return TakePortFault(engine, ch, kind, fault);
   }
   TakeCriticalFault(engine, ch, fault);
 }

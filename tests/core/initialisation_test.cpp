@@ -115,7 +115,8 @@ TEST(InitialisationTest, APortFaultDisablesItsChannelAndTheNextTickGoesOnBehindI
     plant.ports.port[1].openError = c.number;
     EXPECT_EQ(Timer1Tick(plant.cold)->Number(), c.number);
     ExpectFailedChannel(plant.tables);
-    EXPECT_EQ(plant.LogText(LogType::Error), "2026-01-02 03:04:05 @ Channel: 2  " + c.log + "\r\n");
+    EXPECT_EQ(plant.LogText(LogType::Error), "2026-01-02 03:04:05 @ Channel: 2  " + c.log +
+                                                 "\r\n2026-01-02 03:04:05 @ Channel: 2  COM6 cannot be opened\r\n");
     ASSERT_EQ(plant.notice.boxes.size(), 1U);
     EXPECT_EQ(plant.notice.boxes[0].caption, "Tarvex Device Initialization Error");
     EXPECT_EQ(plant.notice.boxes[0].text, c.box + "\r\nRestoring default Tarvex Std. settings now...");
