@@ -48,8 +48,13 @@ void ConnectOpc(Tables& tables, OpcControl& opc, Log& log, int ch, bool reinit) 
 }
 
 void DisconnectOpc(OpcControl& opc, Log& log, int ch) {
-  opc.DeleteGroup();
-  log.WriteLog(LogType::Opc, DevicePrefix(ch) + "Deleting Group... Status" + opc.GroupStatus());
+  try {
+    opc.DeleteGroup();
+    log.WriteLog(LogType::Opc, DevicePrefix(ch) + "Deleting Group... Status" + opc.GroupStatus());
+  } catch (...) {
+    opc.Disconnect();  // a group or a log that fails may not leave the connection standing
+    throw;
+  }
   opc.Disconnect();
   log.WriteLog(LogType::Opc, DevicePrefix(ch) + "Disconnecting... Status" + opc.ConnectStatus());
 }

@@ -9,7 +9,8 @@ struct Tables;
 /// selects the order and wording of a re-initialisation.
 void ConnectOpc(Tables& tables, OpcControl& opc, Log& log, int ch, bool reinit);
 
-/// Removes the group and ends the connection, with a log line for each.
+/// Removes the group and ends the connection, with a log line for each. The connection is ended also when a step
+/// before it raises.
 void DisconnectOpc(OpcControl& opc, Log& log, int ch);
 
 /// Exchanges the staged values with the server, unless an exchange is running; then the channel stays pending.

@@ -19,6 +19,8 @@ TEST(ShutdownTest, ClosingTheWindowStopsTheScanAndClosesEveryLink) {
     EXPECT_FALSE(plant.ports.Port(ch).PortOpen());
     EXPECT_EQ(plant.tables.ChanConnected[ch], False);
   }
+  EXPECT_EQ(plant.opc.control[31].calls, (std::vector<std::string>{"delete group", "disconnect"}))
+      << "a log that cannot be written leaves no connection standing";
   EXPECT_TRUE(plant.notice.boxes.empty()) << "faults in closing are not reported";
 }
 
