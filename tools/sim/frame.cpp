@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+
+namespace sim {
 
 namespace {
 
 constexpr char kStx = '\x02';
 constexpr unsigned kAlwaysSet = 1U << 5;
+constexpr int kNoRoomForASign = 5;  ///< decimals with which the six places of a weight are all taken
 
 struct FormName {
   std::string_view name;
@@ -22,8 +26,7 @@ constexpr FormName kForms[] = {
 unsigned IncrementCode(int countBy) { return countBy == 5 ? 3 : static_cast<unsigned>(countBy); }
 
 char StatusA(const Reading& r) {
-  const unsigned place = static_cast<unsigned>(std::clamp(r.decimals, -2, 5) + 2);
-  return static_cast<char>(kAlwaysSet | IncrementCode(r.countBy) << 3 | place);
+  return static_cast<char>(kAlwaysSet | IncrementCode(r.countBy) << 3 | static_cast<unsigned>(r.decimals + 2));
 }
 
 char StatusB(const Reading& r) {
@@ -38,30 +41,29 @@ char StatusB(const Reading& r) {
 
 char StatusC(bool printRequest) { return static_cast<char>(kAlwaysSet | (printRequest ? 1U << 3 : 0U)); }
 
-/// Counts as six digits. Tens and hundreds behind the last place are not sent: their zeros are the reader's to add.
+/// Counts without their sign, as six digits.
 std::string SixDigits(std::int64_t counts, std::int64_t largest) {
-  std::array<char, 24> text{};
-  std::snprintf(text.data(), text.size(), "%06lld",
-                static_cast<long long>(std::min<std::int64_t>(std::llabs(counts), largest)));
-  return text.data();
+  const std::string digits = std::to_string(std::min<std::int64_t>(std::llabs(counts), largest));
+  return std::string(6 - digits.size(), '0') + digits;
+}
+
+bool Fits(FrameForm form, const Reading& r) {
+  const std::int64_t largest = LargestCounts(form, r.decimals);
+  if (std::llabs(r.indicated) > largest) return false;
+  if (form == FrameForm::Ascii) return true;
+  return r.tare <= largest && !(r.indicated < 0 && r.decimals == kNoRoomForASign);
 }
 
 std::string AsciiFrame(const Reading& r, bool printRequest) {
-  const int places = std::max(0, r.decimals);
-  double weight = static_cast<double>(r.indicated);
-  for (int place = 0; place < places; ++place) weight /= 10;
-  for (int place = r.decimals; place < 0; ++place) weight *= 10;
-  std::array<char, 64> text{};
-  if (r.outOfRange) {
-    std::snprintf(text.data(), text.size(), "  ------ %s %c%c", r.kilograms ? "kg" : "lb", r.net ? 'N' : 'G', 'O');
-  } else {
-    std::snprintf(text.data(), text.size(), "%8.*f %s %c%c", places, weight, r.kilograms ? "kg" : "lb",
-                  r.net ? 'N' : 'G',
-                  r.motion       ? 'M'
-                  : printRequest ? 'P'
-                                 : ' ');
-  }
-  return std::string(text.data()) + "\r\n";
+  std::array<char, 16> weight{};
+  std::snprintf(weight.data(), weight.size(), "%8.*f", std::max(0, r.decimals),
+                static_cast<double>(r.indicated) * std::pow(10.0, -r.decimals));
+  std::string frame = r.outOfRange ? "  ------" : weight.data();
+  frame += r.kilograms ? " kg " : " lb ";
+  frame += r.net ? 'N' : 'G';
+  frame += r.outOfRange ? 'O' : r.motion ? 'M' : ' ';
+  frame += printRequest ? 'P' : ' ';
+  return frame + "\r\n";
 }
 
 }  // namespace
@@ -74,19 +76,20 @@ std::optional<FrameForm> FrameFormOf(std::string_view name) {
 }
 
 std::int64_t LargestCounts(FrameForm form, int decimals) {
-  if (form == FrameForm::Ascii) return 9'999'999;
-  if (decimals == -2) return 9'999;
+  if (decimals == -2) return form == FrameForm::Ascii ? 99'999 : 9'999;
+  if (form == FrameForm::Ascii) return decimals == 0 ? 9'999'999 : 999'999;
   return decimals == 0 ? 999'999 : 99'999;
 }
 
 std::string EncodeFrame(FrameForm form, const Reading& reading, bool printRequest) {
-  if (form == FrameForm::Ascii) return AsciiFrame(reading, printRequest);
-  const std::int64_t largest = LargestCounts(form, reading.decimals);
   Reading shown = reading;
-  if (std::llabs(reading.indicated) > largest || reading.tare > largest) shown.outOfRange = true;
+  shown.outOfRange = reading.outOfRange || !Fits(form, reading);
+  if (form == FrameForm::Ascii) return AsciiFrame(shown, printRequest);
+  const std::int64_t largest = LargestCounts(form, shown.decimals);
   std::string frame = {kStx, StatusA(shown), StatusB(shown), StatusC(printRequest)};
   frame += SixDigits(shown.indicated, largest);
   if (form == FrameForm::Standard) frame += SixDigits(shown.tare, largest);
-  frame += '\r';
-  return frame;
+  return frame + '\r';
 }
+
+}  // namespace sim

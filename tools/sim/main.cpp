@@ -1,208 +1,150 @@
-/// tarvex-sim: the weighing devices of a whole plant on pseudo-terminals, in one process.
-#include <fcntl.h>
+// tarvex-sim: the weighing devices of a whole plant on pseudo-terminals, in one process.
+
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/signalfd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <map>
 #include <sstream>
 
 #include "core/version.h"
+#include "tools/sim/link_folder.h"
+#include "tools/sim/options.h"
 #include "tools/sim/plant.h"
 #include "tools/sim/plant_file.h"
+#include "tools/sim/word_sources.h"
+#include "tools/sim/words.h"
+
+using namespace sim;
 
 namespace {
 
 constexpr int kUsageError = 2;
 constexpr int kStepMilliseconds = 5;
 
-constexpr std::string_view kUsage =
-    "Usage: tarvex-sim --plant FILE | --scales N [options]\n"
-    "  --plant FILE     devices as the file describes them\n"
-    "  --scales N       N plain scales whose weight changes all the time, for measurements\n"
-    "  --rate R         frames a second of the plain scales (20 if not given)\n"
-    "  --links FOLDER   where the links of the pseudo-terminals are made (the present folder if not given)\n"
-    "  --ports FILE     write the addresses of all devices as a Tarvex-Ports.Cfg\n"
-    "  --control PATH   make a pipe there that takes the same words as standard input\n"
-    "  --seed N         another course of chance\n"
-    "  --seconds N      end by itself\n"
-    "  --version, --help\n"
-    "Words on standard input:\n";
-
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
-/// `--name value` pairs; every name must be known.
-std::map<std::string, std::string> ReadOptions(int argc, char** argv) {
-  static constexpr std::array kNames = {"--plant", "--scales",  "--rate", "--links",
-                                        "--ports", "--control", "--seed", "--seconds"};
-  std::map<std::string, std::string> options;
-  for (int index = 1; index < argc; index += 2) {
-    const std::string name = argv[index];
-    if (std::find(kNames.begin(), kNames.end(), name) == kNames.end()) throw UsageError("There is no option " + name);
-    if (index + 1 >= argc) throw UsageError(name + " needs a value");
-    options[name] = argv[index + 1];
-  }
-  return options;
+PlantSettings ReadPlantFile(const std::string& path) {
+  std::ifstream file(path);
+  std::ostringstream text;
+  text << file.rdbuf();
+  if (!file) throw PlantFileError(path + " cannot be read");
+  return ReadPlant(text.str(), path);
 }
 
-double NumberOption(const std::map<std::string, std::string>& options, const std::string& name, double otherwise) {
-  const auto option = options.find(name);
-  if (option == options.end()) return otherwise;
-  char* end = nullptr;
-  const double value = std::strtod(option->second.c_str(), &end);
-  if (end == option->second.c_str() || *end != '\0' || !(value >= 0)) {
-    throw UsageError(name + " needs a number, not \"" + option->second + "\"");
-  }
-  return value;
+/// Whoever waits for the file never sees half of it.
+void WritePorts(const Plant& plant, const std::string& path) {
+  const std::string fresh = path + ".new";
+  std::ofstream file(fresh, std::ios::binary);
+  file << PortFile(plant);
+  file.close();
+  if (!file) throw std::runtime_error(path + " cannot be written");
+  std::filesystem::rename(fresh, path);
 }
 
-std::vector<DeviceSettings> ReadDevices(const std::map<std::string, std::string>& options, const std::string& links) {
-  if (const auto plant = options.find("--plant"); plant != options.end()) {
-    std::ifstream file(plant->second);
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (!file) throw PlantFileError(plant->second + " cannot be read");
-    return ReadPlant(text.str(), plant->second, links);
+void PrintPlant(const Plant& plant) {
+  for (const Device& device : plant.Devices()) {
+    std::printf("COM%-3d %-28s %s\n", device.Settings().com, device.Settings().name.c_str(),
+                device.Wire().Address().c_str());
   }
-  const int scales = static_cast<int>(NumberOption(options, "--scales", 0));
-  if (scales < 1 || scales > 32) throw UsageError("Name a plant file, or --scales from 1 to 32");
-  return PlainPlant(scales, NumberOption(options, "--rate", 20), links);
+  std::printf("%zu scales are on the line. Type help for what can be done to them.\n", plant.Devices().size());
+  std::fflush(stdout);
 }
 
-double Now() {
-  timespec time{};
-  clock_gettime(CLOCK_MONOTONIC, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+void PrintSummary(const Plant& plant) {
+  long sent = 0;
+  long leftOut = 0;
+  for (const Device& device : plant.Devices()) {
+    sent += device.Sender().FramesSent();
+    leftOut += device.Sender().FramesLeftOut();
+  }
+  rusage used{};
+  getrusage(RUSAGE_SELF, &used);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  std::printf("%ld frames sent, %ld left out on a busy line, %.2f seconds of processor time.\n", sent, leftOut,
+              seconds(used.ru_utime) + seconds(used.ru_stime));
 }
 
-/// A source of words: standard input or the control pipe.
-class WordSource {
- public:
-  explicit WordSource(int descriptor) : descriptor_(descriptor) {}
-  int Descriptor() const { return descriptor_; }
-
-  /// Hands each whole line that has come to the plant.
-  void Read(Plant& plant) {
-    std::array<char, 512> buffer;
-    const ssize_t size = read(descriptor_, buffer.data(), buffer.size());
-    if (size <= 0) {
-      descriptor_ = -1;  // whoever spoke has gone; the plant goes on
-      return;
-    }
-    text_.append(buffer.data(), static_cast<std::size_t>(size));
-    for (std::size_t end = text_.find('\n'); end != std::string::npos; end = text_.find('\n')) {
-      std::cout << plant.Obey(text_.substr(0, end)) << std::flush;
-      text_.erase(0, end + 1);
-    }
-  }
-
- private:
-  int descriptor_;
-  std::string text_;
-};
-
-/// A named pipe that is removed at the end; both ends are held so that it never reads as ended.
-class ControlPipe {
- public:
-  explicit ControlPipe(const std::string& path) : path_(path) {
-    if (path.empty()) return;
-    if (mkfifo(path.c_str(), 0600) != 0 && errno != EEXIST)
-      throw std::system_error(errno, std::generic_category(), path);
-    descriptor_ = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor_ < 0) throw std::system_error(errno, std::generic_category(), path);
-  }
-  ControlPipe(const ControlPipe&) = delete;
-  ControlPipe& operator=(const ControlPipe&) = delete;
-  ~ControlPipe() {
-    if (descriptor_ < 0) return;
-    close(descriptor_);
-    unlink(path_.c_str());
-  }
-  int Descriptor() const { return descriptor_; }
-
- private:
-  std::string path_;
-  int descriptor_ = -1;
-};
-
-int EndingSignals() {
+Descriptor EndingSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
   sigprocmask(SIG_BLOCK, &signals, nullptr);
-  return signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
+  return Descriptor(signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC));
 }
 
-void RunPlant(Plant& plant, const std::string& controlPath, double seconds) {
-  const int signals = EndingSignals();
-  const ControlPipe control(controlPath);
-  WordSource standardInput(STDIN_FILENO);
-  WordSource pipe(control.Descriptor());
-  const double start = Now();
+/// False if one of the words ends the plant.
+bool ObeyAll(Plant& plant, WordSource& source) {
+  for (const std::string& line : source.Lines()) {
+    const Answer answer = Obey(plant, line);
+    std::fputs(answer.text.c_str(), stdout);
+    if (answer.end) return false;
+  }
+  return true;
+}
+
+void RunPlant(Plant& plant, int endingSignals, const ControlPipe& control, double seconds) {
+  using Clock = std::chrono::steady_clock;
+  WordSource person(STDIN_FILENO);
+  WordSource pipe(control.Handle());
+  const auto start = Clock::now();
   for (;;) {
-    std::array<pollfd, 3> sources = {pollfd{signals, POLLIN, 0}, pollfd{standardInput.Descriptor(), POLLIN, 0},
-                                     pollfd{pipe.Descriptor(), POLLIN, 0}};
-    poll(sources.data(), sources.size(), kStepMilliseconds);
-    if (sources[0].revents != 0) return;
-    if (sources[1].revents != 0) standardInput.Read(plant);
-    if (sources[2].revents != 0) pipe.Read(plant);
-    const double now = Now() - start;
-    if (plant.Ended() || (seconds > 0 && now >= seconds)) return;
+    std::array<pollfd, 3> watches = {pollfd{endingSignals, POLLIN, 0}, pollfd{person.Watched(), POLLIN, 0},
+                                     pollfd{pipe.Watched(), POLLIN, 0}};
+    poll(watches.data(), watches.size(), kStepMilliseconds);
+    if (watches[0].revents != 0) return;
+    if (watches[1].revents != 0 && !ObeyAll(plant, person)) return;
+    if (watches[2].revents != 0 && !ObeyAll(plant, pipe)) return;
+    const double now = std::chrono::duration<double>(Clock::now() - start).count();
+    if (seconds > 0 && now >= seconds) return;
     plant.Run(now);
+    std::fputs(plant.TakeNews().c_str(), stdout);
+    std::fflush(stdout);
   }
 }
 
-std::string OptionOr(const std::map<std::string, std::string>& options, const std::string& name,
-                     std::string otherwise) {
-  const auto option = options.find(name);
-  return option == options.end() ? otherwise : option->second;
-}
-
-int Run(int argc, char** argv) {
-  const auto options = ReadOptions(argc, argv);
-  const std::string links = std::filesystem::absolute(OptionOr(options, "--links", ".")).lexically_normal().string();
-  std::filesystem::create_directories(links);
-  Plant plant(ReadDevices(options, links), static_cast<std::uint32_t>(NumberOption(options, "--seed", 1)));
-  if (const std::string ports = OptionOr(options, "--ports", ""); !ports.empty()) {
-    std::ofstream file(ports, std::ios::binary);
-    file << plant.PortFile();
-    if (!file.flush()) throw std::runtime_error(ports + " cannot be written");
-  }
-  std::cout << plant.Size() << " scales are on the line.\n" << std::flush;
-  RunPlant(plant, OptionOr(options, "--control", ""), NumberOption(options, "--seconds", 0));
-  std::cout << plant.FramesSent() << " frames sent.\n";
+int Run(const Options& options) {
+  // Blocked before the first link is made, so that none can be left behind.
+  const Descriptor endingSignals = EndingSignals();
+  PlantSettings settings =
+      options.plant.empty() ? PlainPlant(options.scales, options.rate) : ReadPlantFile(options.plant);
+  const LinkFolder links(!options.links.empty() ? options.links : !settings.links.empty() ? settings.links : ".");
+  PlaceLinks(settings.devices, links.Path());
+  Plant plant(settings.devices, options.seed.value_or(settings.seed));
+  const ControlPipe control(options.control);
+  if (!options.ports.empty()) WritePorts(plant, options.ports);
+  PrintPlant(plant);
+  RunPlant(plant, endingSignals.Get(), control, options.seconds);
+  PrintSummary(plant);
   return EXIT_SUCCESS;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string_view first = argc > 1 ? argv[1] : "";
-  if (first == "--help") {
-    std::cout << kUsage << Plant::Help();
-    return EXIT_SUCCESS;
-  }
-  if (first == "--version") {
-    std::cout << "tarvex-sim " << kVersionMajor << "." << kVersionMinor << "." << kVersionRevision << "\n";
-    return EXIT_SUCCESS;
-  }
   signal(SIGPIPE, SIG_IGN);
+  signal(SIGTTIN, SIG_IGN);  // in the background of a terminal the plant runs on, without words from there
   try {
-    return Run(argc, argv);
+    const Options options = ReadOptions({argv + 1, argv + argc});
+    if (options.help) {
+      std::cout << HelpOnOptions() << "Words on standard input:\n" << HelpOnWords();
+    } else if (options.version) {
+      std::cout << "tarvex-sim " << kVersionMajor << "." << kVersionMinor << "." << kVersionRevision << "\n";
+    } else {
+      return Run(options);
+    }
+    return EXIT_SUCCESS;
   } catch (const UsageError& error) {
-    std::cerr << error.what() << "\n" << kUsage << Plant::Help();
+    std::cerr << error.what() << "\n" << HelpOnOptions();
     return kUsageError;
   } catch (const std::exception& error) {
     std::cerr << "tarvex-sim: " << error.what() << "\n";

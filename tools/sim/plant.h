@@ -1,36 +1,42 @@
 #pragma once
 
+#include <poll.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tools/sim/device.h"
 
-/// All devices of a plant on one clock, and the words by which a person interferes.
+namespace sim {
+
+/// All devices of a plant on one clock.
 class Plant {
  public:
   /// Makes and plugs all lines. Raises `std::system_error`.
   Plant(const std::vector<DeviceSettings>& settings, std::uint32_t seed);
 
-  /// Brings every device to `now`, seconds since the start.
+  /// Brings every device to `now`, seconds since the start; times never go back.
   void Run(double now);
+  /// The time of the last `Run`.
+  double Now() const { return now_; }
 
-  /// Carries out one line such as "pull 3" or "silence 3 5" and says what was done or what is wrong with it.
-  /// "quit" sets `Ended`.
-  std::string Obey(std::string_view line);
-  bool Ended() const { return ended_; }
+  /// None if no device has this COM number.
+  Device* Find(int com);
+  const std::vector<Device>& Devices() const { return devices_; }
 
-  /// The addresses of all devices as a port file: number, address in double quotes, one line each.
-  std::string PortFile() const;
-  long FramesSent() const;
-  std::size_t Size() const { return devices_.size(); }
-
-  static std::string_view Help();
+  /// What has gone wrong or right with lines since the last call, a line each.
+  std::string TakeNews();
 
  private:
-  Device* Find(int com);
-
   std::vector<Device> devices_;
+  std::vector<std::string> troubles_;  ///< of each device, as last told
+  std::vector<pollfd> watches_;
   double now_ = 0;
-  bool ended_ = false;
 };
+
+/// The addresses of all devices as the text of a "Tarvex-Ports.Cfg". Raises `std::invalid_argument` for an address
+/// that it cannot hold.
+std::string PortFile(const Plant& plant);
+
+}  // namespace sim

@@ -1,219 +1,137 @@
 #include "tools/sim/plant_file.h"
 
-#include <charconv>
+#include <cmath>
 #include <set>
 #include <sstream>
 
+#include "tools/sim/plant_keys.h"
+#include "tools/sim/text.h"
+
+namespace sim {
+
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r";
-
-std::string_view Strip(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-/// A value that a key cannot take; the reader adds where it stands.
-struct BadValue {
-  std::string expected;
-};
-
-double ToNumber(std::string_view text, double least, double most) {
-  double value = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (read.ec != std::errc{} || read.ptr != text.data() + text.size() || !(value >= least && value <= most)) {
-    std::ostringstream expected;
-    expected << "a number from " << least << " to " << most;
-    throw BadValue{expected.str()};
-  }
-  return value;
-}
-
-int ToWhole(std::string_view text, int least, int most) {
-  const double value = ToNumber(text, least, most);
-  if (value != static_cast<int>(value)) throw BadValue{"a whole number"};
-  return static_cast<int>(value);
-}
-
-bool ToChoice(std::string_view text, std::string_view no, std::string_view yes) {
-  if (text != no && text != yes) throw BadValue{"\"" + std::string(no) + "\" or \"" + std::string(yes) + "\""};
-  return text == yes;
-}
-
-/// Splits `text` at `separator` into stripped pieces.
-std::vector<std::string_view> Split(std::string_view text, char separator) {
-  std::vector<std::string_view> pieces;
-  for (;;) {
-    const std::size_t at = text.find(separator);
-    pieces.push_back(Strip(text.substr(0, at)));
-    if (at == std::string_view::npos) return pieces;
-    text.remove_prefix(at + 1);
-  }
-}
-
-std::vector<std::string_view> Words(std::string_view text) {
-  std::vector<std::string_view> words;
-  for (std::string_view word : Split(text, ' ')) {
-    if (!word.empty()) words.push_back(word);
-  }
-  return words;
-}
-
-/// "12400 for 20, 0 for 10": weights and the seconds they lie there.
-void SetLoad(DeviceSettings& device, std::string_view value) {
-  for (std::string_view step : Split(value, ',')) {
-    const auto words = Words(step);
-    if (words.size() != 3 || words[1] != "for") throw BadValue{"\"WEIGHT for SECONDS, ...\""};
-    device.scale.load.push_back({ToNumber(words[0], -1e6, 1e7), ToNumber(words[2], 0.1, 86400)});
-  }
-}
-
-/// "silence every 60 for 10", in seconds.
-void SetFault(DeviceSettings& device, std::string_view value) {
-  const auto words = Words(value);
-  const auto fault = words.empty() ? std::nullopt : FaultOf(words[0]);
-  if (!fault || words.size() != 5 || words[1] != "every" || words[3] != "for") {
-    throw BadValue{"\"silence, garbage, cut, split or unplug every SECONDS for SECONDS\""};
-  }
-  device.faults.Repeat(*fault, ToNumber(words[2], 0.1, 86400), ToNumber(words[4], 0.01, 86400));
-}
-
-void SetForm(DeviceSettings& device, std::string_view value) {
-  const auto form = FrameFormOf(value);
-  if (!form) throw BadValue{"\"standard\", \"short\" or \"ascii\""};
-  device.form = *form;
-}
-
-struct Key {
-  std::string_view name;
-  void (*set)(DeviceSettings&, std::string_view);
-};
-
-using D = DeviceSettings;
-using V = std::string_view;
-
-const Key kKeys[] = {
-    {"name", [](D& d, V v) { d.name = v; }},
-    {"com", [](D& d, V v) { d.com = ToWhole(v, 1, 68); }},
-    {"link", [](D& d, V v) { d.link = v; }},
-    {"tcp", [](D& d, V v) { d.tcpPort = ToWhole(v, 0, 65535); }},
-    {"form", SetForm},
-    {"mode", [](D& d, V v) { d.onRequest = ToChoice(v, "continuous", "request"); }},
-    {"rate", [](D& d, V v) { d.rate = ToNumber(v, 0.1, 1000); }},
-    {"baud", [](D& d, V v) { d.baud = ToWhole(v, 0, 4000000); }},
-    {"units", [](D& d, V v) { d.scale.kilograms = ToChoice(v, "lb", "kg"); }},
-    {"capacity", [](D& d, V v) { d.scale.capacity = ToNumber(v, 0.001, 1e8); }},
-    {"decimals", [](D& d, V v) { d.scale.decimals = ToWhole(v, -2, 5); }},
-    {"count by", [](D& d, V v) { d.scale.countBy = ToWhole(v, 1, 5); }},
-    {"load", SetLoad},
-    {"overshoot", [](D& d, V v) { d.scale.overshoot = ToNumber(v, 0, 0.9); }},
-    {"settle", [](D& d, V v) { d.scale.settle = ToNumber(v, 0.05, 600); }},
-    {"noise", [](D& d, V v) { d.scale.noise = ToNumber(v, 0, 1e6); }},
-    {"tare", [](D& d, V v) { d.scale.tare = ToNumber(v, 0, 1e7); }},
-    {"zero error", [](D& d, V v) { d.scale.zeroError = ToNumber(v, -1e6, 1e6); }},
-    {"fault", SetFault},
-};
-
-const Key* FindKey(std::string_view name) {
-  for (const Key& key : kKeys) {
-    if (key.name == name) return &key;
-  }
-  return nullptr;
-}
 
 class PlantReader {
  public:
-  PlantReader(const std::string& fileName, const std::string& linksFolder)
-      : fileName_(fileName), linksFolder_(linksFolder) {}
+  explicit PlantReader(const std::string& fileName) : fileName_(fileName) {}
 
   void Take(std::string_view line) {
-    ++lineNumber_;
-    line = Strip(line.substr(0, line.find('#')));
-    if (line.empty()) return;
+    ++line_;
+    line = Strip(line);
+    if (line.empty() || line.starts_with('#')) return;
     if (line == "[scale]") {
-      Finish();
-      devices_.emplace_back();
+      CheckDevice();
+      plant_.devices.emplace_back();
+      section_ = line_;
+      keysSeen_.clear();
       return;
     }
     const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos)
-      Fail("expected \"[scale]\" or \"key = value\", found \"" + std::string(line) + "\"");
-    if (devices_.empty()) Fail("a key stands before the first [scale]");
-    const std::string_view name = Strip(line.substr(0, equals));
-    const Key* key = FindKey(name);
-    if (key == nullptr) Fail("there is no key \"" + std::string(name) + "\"");
+    if (equals == line.npos) Fail(line_, "expected [scale] or key = value, found \"" + std::string(line) + "\"");
+    const std::string_view key = Strip(line.substr(0, equals));
     try {
-      key->set(devices_.back(), Strip(line.substr(equals + 1)));
+      Set(key, Strip(line.substr(equals + 1)));
     } catch (const BadValue& bad) {
-      Fail(std::string(name) + ": expected " + bad.expected);
+      Fail(line_, std::string(key) + ": expected " + bad.what());
     }
   }
 
-  std::vector<DeviceSettings> End() {
-    Finish();
-    return std::move(devices_);
+  PlantSettings End() {
+    if (plant_.devices.empty()) throw PlantFileError(fileName_ + ": there is no [scale] in it");
+    CheckDevice();
+    return std::move(plant_);
   }
 
  private:
-  [[noreturn]] void Fail(const std::string& what) const {
-    throw PlantFileError(fileName_ + ":" + std::to_string(lineNumber_) + ": " + what);
+  [[noreturn]] void Fail(int line, const std::string& what) const {
+    throw PlantFileError(fileName_ + ":" + std::to_string(line) + ": " + what);
   }
 
-  /// Checks the section that ends here.
-  void Finish() {
-    if (devices_.empty()) return;
-    DeviceSettings& device = devices_.back();
-    if (device.com == 0) Fail("the scale above has no \"com\"");
-    if (!coms_.insert(device.com).second) Fail("COM" + std::to_string(device.com) + " is used twice");
-    if (device.tcpPort < 0) {
-      if (device.link.empty()) device.link = "scale" + std::to_string(device.com);
-      if (device.link.front() != '/') device.link = linksFolder_ + "/" + device.link;
+  void Set(std::string_view name, std::string_view value) {
+    const PlantKey* plantKey = plant_.devices.empty() ? FindPlantKey(name) : nullptr;
+    const DeviceKey* deviceKey = plant_.devices.empty() ? nullptr : FindDeviceKey(name);
+    if (plantKey == nullptr && deviceKey == nullptr) {
+      if (FindDeviceKey(name) != nullptr) Fail(line_, "\"" + std::string(name) + "\" belongs below a [scale]");
+      if (FindPlantKey(name) != nullptr) Fail(line_, "\"" + std::string(name) + "\" belongs above the first [scale]");
+      Fail(line_, "there is no key \"" + std::string(name) + "\"");
     }
-    double largest = static_cast<double>(LargestCounts(device.form, device.scale.decimals));
-    for (int place = 0; place < device.scale.decimals; ++place) largest /= 10;
-    for (int place = device.scale.decimals; place < 0; ++place) largest *= 10;
-    if (device.scale.capacity > largest) {
-      std::ostringstream what;
-      what << "the capacity of COM" << device.com << " is beyond " << largest
-           << ", the largest weight that its frames can carry";
-      Fail(what.str());
+    // Each fault has a schedule of its own.
+    if (name != "fault" && !keysSeen_.insert(std::string(name)).second) {
+      Fail(line_, "\"" + std::string(name) + "\" is given twice");
     }
+    if (plantKey != nullptr) plantKey->set(plant_, value);
+    if (deviceKey != nullptr) deviceKey->set(plant_.devices.back(), value);
+  }
+
+  /// Looks at the section that ends here as a whole.
+  void CheckDevice() {
+    if (plant_.devices.empty()) return;
+    DeviceSettings& device = plant_.devices.back();
+    if (device.com == 0) Fail(section_, "this scale has no \"com\"");
+    const std::string com = "COM" + std::to_string(device.com);
+    if (!coms_.insert(device.com).second) Fail(section_, com + " is used twice");
+    if (device.onTcp && !device.link.empty()) Fail(section_, com + " has a link and TCP; it can be on one line alone");
+    if (device.name.empty()) device.name = "Scale " + std::to_string(device.com);
+    if (!device.onTcp && device.link.empty()) device.link = "scale" + std::to_string(device.com);
+    if (!device.onTcp && !links_.insert(device.link).second) {
+      Fail(section_, "the link \"" + device.link + "\" is used twice");
+    }
+    CheckScale(com, device);
+  }
+
+  void CheckScale(const std::string& com, const DeviceSettings& device) const {
+    const ScaleSettings& scale = device.scale;
+    std::ostringstream fault;
+    const double largest =
+        static_cast<double>(LargestCounts(device.form, scale.decimals)) * std::pow(10.0, -scale.decimals);
+    if (scale.capacity > largest) {
+      fault << "the capacity of " << com << " is beyond " << largest << ", the largest weight of its frames";
+    } else if (scale.tare > scale.capacity) {
+      fault << "the tare of " << com << " is beyond its capacity of " << scale.capacity;
+    } else {
+      return;
+    }
+    Fail(section_, fault.str());
   }
 
   std::string fileName_;
-  std::string linksFolder_;
-  int lineNumber_ = 0;
-  std::vector<DeviceSettings> devices_;
+  int line_ = 0;
+  int section_ = 0;  ///< line of the last [scale]
+  PlantSettings plant_;
+  std::set<std::string> keysSeen_;
   std::set<int> coms_;
+  std::set<std::string> links_;
 };
 
 }  // namespace
 
-std::vector<DeviceSettings> ReadPlant(std::string_view text, const std::string& fileName,
-                                      const std::string& linksFolder) {
-  PlantReader reader(fileName, linksFolder);
-  while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    reader.Take(text.substr(0, end));
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  }
+PlantSettings ReadPlant(std::string_view text, const std::string& fileName) {
+  PlantReader reader(fileName);
+  for (const std::string_view line : Pieces(text, '\n')) reader.Take(line);
   return reader.End();
 }
 
-std::vector<DeviceSettings> PlainPlant(int scales, double rate, const std::string& linksFolder) {
-  std::vector<DeviceSettings> devices;
+PlantSettings PlainPlant(int scales, double rate) {
+  PlantSettings plant;
   for (int com = 1; com <= scales; ++com) {
     DeviceSettings device;
     device.com = com;
     device.name = "Scale " + std::to_string(com);
-    device.link = linksFolder + "/scale" + std::to_string(com);
+    device.link = "scale" + std::to_string(com);
     device.rate = rate;
     device.baud = 0;
     device.scale.capacity = 9000;
     device.scale.load = {{100.0 + 10 * com, 2}, {8000.0 - 10 * com, 2}};
     device.scale.settle = 2;
-    devices.push_back(device);
+    plant.devices.push_back(device);
   }
-  return devices;
+  return plant;
 }
+
+void PlaceLinks(std::vector<DeviceSettings>& devices, const std::string& folder) {
+  for (DeviceSettings& device : devices) {
+    if (!device.onTcp && !device.link.starts_with('/')) device.link = folder + "/" + device.link;
+  }
+}
+
+}  // namespace sim

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -7,17 +9,30 @@
 
 #include "tools/sim/device.h"
 
+namespace sim {
+
 /// A plant file that cannot be understood; the text names file, line and key.
 class PlantFileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Reads a plant description: one `[scale]` section a device, `key = value` lines, `#` comments. A link without a
-/// folder lies in `linksFolder`; a device without a link takes `scale` and its COM number.
-std::vector<DeviceSettings> ReadPlant(std::string_view text, const std::string& fileName,
-                                      const std::string& linksFolder);
+/// A plant as its file describes it.
+struct PlantSettings {
+  std::string links;  ///< folder of the links; empty if the file names none
+  std::uint32_t seed = 1;
+  std::vector<DeviceSettings> devices;  ///< at least one
+};
+
+/// Reads a plant description: `key = value` lines, one `[scale]` section a device, and `#` lines for people.
+/// `fileName` is for the errors. A device without a link takes `scale` and its COM number.
+PlantSettings ReadPlant(std::string_view text, const std::string& fileName);
 
 /// A plain plant for measurements: `scales` standard scales whose weight changes all the time, `rate` frames a
 /// second each, written at once.
-std::vector<DeviceSettings> PlainPlant(int scales, double rate, const std::string& linksFolder);
+PlantSettings PlainPlant(int scales, double rate);
+
+/// Moves every link that is not a full path below `folder`.
+void PlaceLinks(std::vector<DeviceSettings>& devices, const std::string& folder);
+
+}  // namespace sim

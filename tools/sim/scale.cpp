@@ -1,87 +1,70 @@
 #include "tools/sim/scale.h"
 
-#include <algorithm>
 #include <cmath>
+
+namespace sim {
 
 namespace {
 
-constexpr double kStep = 0.004;         ///< seconds of one integration step
-constexpr double kZeroRange = 0.04;     ///< part of the capacity that can be zeroed away
-constexpr int kCountsOverCapacity = 9;  ///< a display goes blank nine increments above its capacity
-constexpr double kDefaultDamping = 0.5;
-
-/// Damping of a swing whose first overshoot is this part of the change.
-double DampingOf(double overshoot) {
-  if (overshoot <= 0) return 1;
-  if (overshoot >= 1) return kDefaultDamping;
-  const double logarithm = std::log(overshoot);
-  return -logarithm / std::sqrt(M_PI * M_PI + logarithm * logarithm);
-}
+constexpr double kSample = 0.01;             ///< seconds between two samples of the load cell
+constexpr std::int64_t kSamplesOfNoise = 5;  ///< how long one disturbance lasts
+constexpr std::int64_t kSamplesToRest = 40;  ///< at rest after this time within the band
+constexpr double kMotionBand = 0.5;          ///< increments
+constexpr double kZeroRange = 0.04;          ///< part of the capacity that can be zeroed away
+constexpr int kIncrementsOverCapacity = 9;   ///< shown beyond the capacity before the display gives up
+constexpr double kTie = 1e-6;                ///< increments; a tie in decimals is rarely one in binary
 
 }  // namespace
 
 Scale::Scale(const ScaleSettings& settings, std::uint32_t seed)
     : settings_(settings),
-      lastPlace_(std::pow(10.0, -settings.decimals)),
-      damping_(DampingOf(settings.overshoot)),
+      increment_(settings.countBy * std::pow(10.0, -settings.decimals)),
+      profile_(settings.load),
+      swing_(settings.overshoot, settings.settle, kSample),
       random_(seed),
-      zero_(-settings.zeroError) {
-  frequency_ = 4 / (damping_ * std::max(0.05, settings.settle));
-  if (!settings_.load.empty()) stepEnds_ = settings_.load.front().seconds;
-  position_ = load_ = TargetLoad();
-  if (settings.tare > 0) tare_ = Counts(settings.tare);
+      lastMotion_(-kSamplesToRest),
+      zero_(-settings.zeroError),
+      tare_(Counts(settings.tare)) {
+  swing_.RestAt(profile_.At(settings_.phase));
+  restsAt_ = Seen();
 }
 
 std::int64_t Scale::Counts(double weight) const {
-  const double increment = lastPlace_ * settings_.countBy;
-  return std::llround(weight / increment) * settings_.countBy;
+  const double increments = weight / increment_;
+  return std::llround(increments + std::copysign(kTie, increments)) * settings_.countBy;
 }
 
-double Scale::TargetLoad() {
-  if (byHand_ || settings_.load.empty()) return load_;
-  while (time_ >= stepEnds_) {
-    step_ = (step_ + 1) % settings_.load.size();
-    stepEnds_ += std::max(0.1, settings_.load[step_].seconds);
+void Scale::AdvanceTo(double seconds) {
+  while (static_cast<double>(samples_ + 1) * kSample <= seconds) Sample();
+}
+
+void Scale::Sample() {
+  ++samples_;
+  swing_.Step(byHand_ ? *byHand_ : profile_.At(static_cast<double>(samples_) * kSample + settings_.phase));
+  if (settings_.noise > 0 && samples_ % kSamplesOfNoise == 0) {
+    noise_ = std::normal_distribution<double>(0, settings_.noise)(random_);
   }
-  return settings_.load[step_].weight;
+  WatchMotion();
 }
 
-/// The platform is a damped spring: a new load makes it swing beyond the weight and come to rest.
-void Scale::Move(double seconds) {
-  const double acceleration = frequency_ * frequency_ * (load_ - position_) - 2 * damping_ * frequency_ * speed_;
-  speed_ += acceleration * seconds;
-  position_ += speed_ * seconds;
-}
-
-void Scale::Advance(double seconds) {
-  while (seconds > 0) {
-    const double step = std::min(seconds, kStep);
-    time_ += step;
-    load_ = TargetLoad();
-    Move(step);
-    seconds -= step;
-  }
-  shownNoise_ = settings_.noise > 0 ? std::normal_distribution<double>(0, settings_.noise)(random_) : 0;
-}
-
-void Scale::PutOn(double weight) {
-  byHand_ = true;
-  load_ = weight;
+void Scale::WatchMotion() {
+  if (std::fabs(Seen() - restsAt_) <= kMotionBand * increment_) return;
+  restsAt_ = Seen();
+  lastMotion_ = samples_;
 }
 
 Reading Scale::Read() const {
+  const std::int64_t gross = Counts(Seen() - zero_);
+  const std::int64_t most = Counts(settings_.capacity) + kIncrementsOverCapacity * settings_.countBy;
   Reading reading;
-  const double increment = lastPlace_ * settings_.countBy;
-  reading.motion = std::fabs(speed_) > 2 * increment || std::fabs(load_ - position_) > 2 * increment;
-  const std::int64_t gross = Counts(Gross() + (reading.motion ? shownNoise_ : 0));
+  reading.indicated = gross - tare_;
+  reading.tare = tare_;
   reading.decimals = settings_.decimals;
   reading.countBy = settings_.countBy;
-  reading.kilograms = settings_.kilograms;
   reading.net = tare_ != 0;
-  reading.tare = tare_;
-  reading.indicated = gross - tare_;
-  const std::int64_t most = Counts(settings_.capacity) + kCountsOverCapacity * settings_.countBy;
   reading.outOfRange = gross > most || gross < -most;
+  reading.motion = samples_ - lastMotion_ < kSamplesToRest;
+  reading.kilograms = settings_.kilograms;
   return reading;
 }
 
@@ -95,16 +78,16 @@ bool Scale::Tare() {
 
 bool Scale::Zero() {
   const Reading now = Read();
-  if (now.motion || now.net || std::fabs(position_ + settings_.zeroError) > settings_.capacity * kZeroRange)
-    return false;
-  zero_ = position_;
+  const double sincePowerUp = Seen() + settings_.zeroError;
+  if (now.motion || now.net || std::fabs(sincePowerUp) > settings_.capacity * kZeroRange) return false;
+  zero_ = Seen();
   return true;
 }
 
-void Scale::ClearTare() { tare_ = 0; }
-
 bool Scale::PresetTare(double tare) {
-  if (!(tare >= 0) || tare > settings_.capacity) return false;
+  if (!(tare >= 0 && tare <= settings_.capacity)) return false;
   tare_ = Counts(tare);
   return true;
 }
+
+}  // namespace sim
