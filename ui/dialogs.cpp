@@ -30,7 +30,7 @@ void Dialogs::cmdDetail(int ch, const QWidget* owner) {
       return Show(*sqlDetail_, owner);
     case DetailWindow::Device:
       if (!detail_) detail_ = std::make_unique<frmDetail>();
-      detail_->Open(*detailView_, ch + 1, engine_->tables.DebugMode == True);
+      detail_->Fill(*detailView_, ch + 1, engine_->tables.DebugMode == True);
       return Show(*detail_, owner);
   }
 }
@@ -38,7 +38,7 @@ void Dialogs::cmdDetail(int ch, const QWidget* owner) {
 void Dialogs::cmdRefresh(const QWidget* owner) {
   if (open_) return;
   if (!refresh_) refresh_ = std::make_unique<frmRefresh>(*engine_);
-  refresh_->Open();
+  refresh_->Fill();
   Show(*refresh_, owner);
 }
 

@@ -63,7 +63,7 @@ frmDetail::frmDetail(QWidget* parent) : QDialog(parent) {
   column->addWidget(close, 0, Qt::AlignRight);
 }
 
-void frmDetail::Open(const DetailView& view, int channelNumber, bool raw) {
+void frmDetail::Fill(const DetailView& view, int channelNumber, bool raw) {
   setWindowTitle(QString("Channel %1 Detail").arg(channelNumber));
   heading_->setText(QString("Channel %1").arg(channelNumber));
   Ld_[kDetailRaw]->setVisible(raw);

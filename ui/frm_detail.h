@@ -16,7 +16,7 @@ class frmDetail : public QDialog {
 
   /// Fills the window from the model; channels are numbered from 1 here. With `raw` the place of the raw stream is
   /// kept free from the start, so that nothing moves when the first one comes.
-  void Open(const DetailView& view, int channelNumber, bool raw);
+  void Fill(const DetailView& view, int channelNumber, bool raw);
   /// Takes over what the model holds for one element, 0 to 22.
   void Take(const DetailView& view, int element);
 

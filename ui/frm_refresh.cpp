@@ -50,7 +50,7 @@ frmRefresh::frmRefresh(Engine& engine) : engine_(engine) {
   column->addWidget(MakeButtons());
 }
 
-void frmRefresh::Open() {
+void frmRefresh::Fill() {
   kept_ = OpenRefresh(engine_);
   SetValues(kept_);
   PlaceSlider();

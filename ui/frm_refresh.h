@@ -20,7 +20,7 @@ class frmRefresh : public QDialog {
   explicit frmRefresh(Engine& engine);
 
   /// `cmdRefresh`: fills the boxes, places the slider from them and starts with the simple face.
-  void Open();
+  void Fill();
   /// A measured rate for `lScan1` to `lScan3`, in ticks a second.
   void ShowRate(int label, int ticksPerSecond);
 

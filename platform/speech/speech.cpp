@@ -35,9 +35,10 @@ class Service {
     if (connection_) return {};
     char* error = nullptr;
     connection_ = spd_open2("tarvex", "main", nullptr, SPD_MODE_SINGLE, nullptr, 1, &error);
-    std::string why = error ? error : "no reply";
+    std::string why;
+    if (!connection_) why = error ? error : "no reply";
     std::free(error);
-    return connection_ ? std::string{} : why;
+    return why;
   }
 
   /// A service that has gone away since the last sentence is connected, and if need be started, once more.
