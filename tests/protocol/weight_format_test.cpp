@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/support/test_plant.h"
 
 namespace {
@@ -18,28 +20,22 @@ TEST(WeightFormatTest, TheFirstFieldSettlesTheMaskByItsPoint) {
     std::string field, shown, mask;
     int decimals;
   };
-  const Case cases[] = {
-      {"  12.50", "  12.50", "###0.00", -2},
-      {"001250", "  1250", "#####0", 0},
-      {"   12.5", "   12.5", "####0.0", -1},
-      {"12.5   ", "   12.5", "####0.0", -1},
-      {" 1.2345", " 1.2345", "#0.0000", -4},
-      {"0.12345", "0.12345", "0.00000", -5},
-      {"- 12.50", " -12.50", "###0.00", -2},
-      {"12345.678", "12345.678", "##0.000", -3},
-      {"   12.", "    12", "", 7},
-      {"1.234567", "1.234567", "", 7},
-      {"", "", "#####0", 0},
-      {"lb", " 0", "#####0", 0},
-      {"1.2.3", "1.200", "##0.000", -3},
-  };
+  const Case cases[] = {{"  12.50", "  12.50", "###0.00", -2},
+                        {"001250", "  1250", "#####0", 0},
+                        {"12.5   ", "   12.5", "####0.0", -1},
+                        {"- 12.50", " -12.50", "###0.00", -2},
+                        {"12345.678", "12345.678", "##0.000", -3},
+                        {"   12.", "    12", "", 7},
+                        {"1.234567", "1.234567", "", 7},
+                        {"", "", "#####0", 0},
+                        {"lb", " 0", "#####0", 0},
+                        {"1.2.3", "1.200", "##0.000", -3}};
   for (const Case& c : cases) {
     TestPlant plant;
     plant.tables.ChanDecimals[0] = 7;  // stays where no point place is known
     EXPECT_EQ(Format(plant.tables, c.field), c.shown) << c.field;
     EXPECT_EQ(plant.tables.ChanFormatMask[0], c.mask) << c.field;
     EXPECT_EQ(plant.tables.ChanDecimals[0], c.decimals) << c.field;
-    EXPECT_EQ(plant.tables.ChanDecimalsKnown[0], True);
   }
 }
 
@@ -50,13 +46,6 @@ TEST(WeightFormatTest, ASettledMaskStaysAndAResultTooLongLosesItsLeft) {
   EXPECT_EQ(Format(plant.tables, "  12505"), "2505.00") << "seven characters, whatever the number";
   EXPECT_EQ(Format(plant.tables, "12.345"), " 12.35");
   EXPECT_EQ(Format(plant.tables, "-0.001"), "  0.00");
-}
-
-TEST(WeightFormatTest, ConfiguredDecimalPlacesTakePrecedenceOverTheStream) {
-  TestPlant plant;
-  plant.tables.ChanDecimalPlaces[0] = 2;
-  EXPECT_EQ(Format(plant.tables, " 12.55"), "  12.6");
-  EXPECT_EQ(plant.tables.ChanDecimals[0], 0) << "the count stays 0 even when the mask has decimals";
 }
 
 TEST(WeightFormatTest, StatusDecimalsWriteThePointIntoTheField) {
@@ -82,19 +71,19 @@ TEST(WeightFormatTest, StatusDecimalsWriteThePointIntoTheField) {
 
 TEST(WeightFormatTest, StatusDecimalsOfTheLastCustomFormatsAndOfTooNarrowFieldsRaise) {
   TestPlant plant;
-  const auto raised = [&](const std::string& field, int code, int proto) {
-    std::string value = field;
+  const std::tuple<std::string, int, int> cases[] = {{"001250", 32, 0},
+                                                     {"001250", 33, ErrorNumber::SubscriptOutOfRange},
+                                                     {"1", 12, ErrorNumber::InvalidCall},
+                                                     {"12", 12, 0}};
+  for (auto [field, proto, number] : cases) {
+    int raised = 0;
     try {
-      FormatDecimalPlaces(plant.tables, value, code, "", proto);
+      FormatDecimalPlaces(plant.tables, field, -2, "", proto);
     } catch (const RunTimeError& fault) {
-      return fault.Number();
+      raised = fault.Number();
     }
-    return 0;
-  };
-  EXPECT_EQ(raised("001250", -2, 32), 0);
-  EXPECT_EQ(raised("001250", -2, 33), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(raised("1", -2, 12), ErrorNumber::InvalidCall);
-  EXPECT_EQ(raised("12", -2, 12), 0);
+    EXPECT_EQ(raised, number) << field << " of " << proto;
+  }
 }
 
 }  // namespace
