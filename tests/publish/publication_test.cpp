@@ -69,21 +69,6 @@ TEST(PublicationTest, TheStatusWordGoesOutWithTheEventAndTheWeightsDoNot) {
   EXPECT_EQ(plant.Served(), "");
 }
 
-TEST(PublicationTest, WithAllOutletsOffTheTextsTheFlagsAndTheObjectAreKeptUp) {
-  OutletPlant plant;
-  Tables& t = plant.tables;
-  t.ChanOpcEnabled[0] = t.ChanDdeServer[0] = False;
-  plant.Set(2, t.ChanTare[0], "2.5");
-  t.ChanStatusBits[0] = 4;
-  plant.publication.PublishStatus(0);
-  plant.publication.RepublishOffline(0);
-  plant.publication.Flush(0);
-  EXPECT_EQ(plant.Served(), "event; ");
-  EXPECT_EQ(t.ChanDirty[Item::Tare][0], True);
-  EXPECT_EQ(plant.Object().CTare, 2.5);
-  EXPECT_EQ(t.ChanDdePending[0], False);
-}
-
 TEST(PublicationTest, AFallOfflineIsStagedAgainAndMakesTheNextStreamPublishEverything) {
   OutletPlant plant;
   Tables& t = plant.tables;
@@ -100,22 +85,6 @@ TEST(PublicationTest, AFallOfflineIsStagedAgainAndMakesTheNextStreamPublishEvery
   EXPECT_EQ(plant.Served(), "opc write 0; ");
 }
 
-TEST(PublicationTest, WhileAnExchangeRunsTheChannelStaysPending) {
-  OutletPlant plant;
-  Tables& t = plant.tables;
-  t.DebugMode = True;
-  t.ScanTick = 77;
-  t.ChanOpcPending[0] = t.ChanOpcBusy[0] = True;
-  plant.publication.Flush(0);
-  EXPECT_EQ(t.ChanOpcPending[0], True);
-  t.ChanOpcBusy[0] = False;
-  plant.publication.Flush(0);
-  EXPECT_EQ(t.ChanOpcPending[0], False);
-  EXPECT_EQ(t.ChanOpcTick[0], 77);
-  EXPECT_EQ(t.DebugOpcUpdates, 2);
-  EXPECT_EQ(t.DebugOpcSkipped, 1);
-}
-
 TEST(PublicationTest, AnOpcControlThatFailsEndsTheTickAndIsServedAgainAtItsNextChange) {
   OutletPlant plant;
   plant.tables.ChanOpcPending[0] = True;
@@ -127,15 +96,6 @@ TEST(PublicationTest, AnOpcControlThatFailsEndsTheTickAndIsServedAgainAtItsNextC
   plant.Tick();
   EXPECT_EQ(plant.notice.boxes.size(), 1U);
   EXPECT_EQ(plant.tables.ChanOpcBusy[0], False);
-}
-
-TEST(PublicationTest, KindsOfNoOutletDoNothing) {
-  OutletPlant plant;
-  for (int kind : {-1, 0, 4, 5, 7, 8, 11}) plant.publication.SetVal(kind, 0);
-  plant.Set(9, plant.tables.ChanStreamId[0], "42");
-  plant.publication.Flush(0);
-  EXPECT_EQ(plant.Served(), "");
-  EXPECT_EQ(plant.tables.ChanPrevStreamId[0], "42");
 }
 
 }  // namespace
