@@ -1,0 +1,81 @@
+#include "app/desktop.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <iostream>
+
+#include "core/error_trap.h"
+#include "core/gdi_timer.h"
+#include "core/scan_engine.h"
+#include "core/shutdown.h"
+#include "core/startup.h"
+#include "core/transmission.h"
+#include "platform/qt/termination.h"
+
+namespace {
+
+constexpr std::string_view kPortsFile = "/Tarvex-Ports.Cfg";
+constexpr int kEndTask = 6;
+
+DisplaySize SizeOfDisplay() {
+  const QSize size = QGuiApplication::primaryScreen()->size();
+  return {size.width(), size.height()};
+}
+
+/// Has a text of another thread told on the one of the windows.
+template <typename Action>
+void OnWindowThread(Action action) {
+  QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action), Qt::QueuedConnection);
+}
+
+}  // namespace
+
+Desktop::Desktop(const std::string& programFolder)
+    : system_(programFolder, SizeOfDisplay()),
+      ports_([this](int number) { return addresses_.AddressOf(number); }),
+      speech_([this](const std::string& why) { OnWindowThread([this, why] { Tell(why); }); }),
+      notice_(boxes_, speech_),
+      mainForm_(dialogs_),
+      manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
+      bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }) {
+  Engine& engine = manager_.Parts();
+  dialogs_.Use(engine);
+  startupForm_.Use(engine);
+  mainForm_.Use(engine);
+}
+
+int Desktop::Run(std::string_view commandLine) {
+  Engine& engine = manager_.Parts();
+  if (!Main(engine, commandLine)) return 1;
+  const Termination termination([this, &engine] {
+    CloseTXMWindow(engine);
+    TaskCtrl(engine, kEndTask);
+  });
+  QObject::connect(&startupForm_, &frmTarvexStartup::Unloaded, &startupForm_, [this] { End(); });
+  ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder + std::string(kPortsFile)); });
+  if (engine.tables.SpeechEnabled == True) speech_.Start();
+  ConnectTimers();
+  LoadStartupForm(engine);
+  bus_.Start();
+  QCoreApplication::exec();
+  bus_.Stop();
+  return 0;
+}
+
+void Desktop::ConnectTimers() {
+  events_.Timer1().OnTick([this] { Timer1Tick(manager_.Parts()); });
+  events_.TxTimer().OnTick([this] { TxTimerTick(manager_.Parts()); });
+  events_.GDITimer().OnTick([this] { GDITimerTick(manager_.Parts()); });
+}
+
+/// What no window is made for: the program that was started from a terminal says it there.
+void Desktop::Tell(const std::string& text) { std::cerr << system_.DateTimeText() << "  " << text << "\n"; }
+
+/// Unloading the forms: the main form releases what it holds, and the message loop ends.
+void Desktop::End() {
+  boxes_.DismissAll();
+  dialogs_.Close();
+  Unload_Tarvex_MainForm(manager_.Parts());
+  mainForm_.Hide();
+  QCoreApplication::quit();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/desktop_notice.h"
+#include "app/manager.h"
+#include "config/port_addresses.h"
+#include "platform/absent/opc.h"
+#include "platform/dbus/bus_adapter.h"
+#include "platform/posix/posix_files.h"
+#include "platform/posix/posix_serial_ports.h"
+#include "platform/posix/posix_system.h"
+#include "platform/qt/qt_event_loop.h"
+#include "ui/dialogs.h"
+#include "ui/frm_tarvex_startup.h"
+#include "ui/frm_txm.h"
+
+/// The operator's desktop program, put together with its windows and its real outside. Needs a `QApplication`.
+class Desktop {
+ public:
+  explicit Desktop(const std::string& programFolder);
+
+  /// Runs the system until the operator or a signal ends it; returns the exit status, 1 if the start was refused.
+  int Run(std::string_view commandLine);
+
+ private:
+  void ConnectTimers();
+  void Tell(const std::string& text);
+  void End();
+
+  PosixSystem system_;
+  PosixFiles files_;
+  PortAddresses addresses_;
+  PosixSerialPorts ports_;
+  QtEventLoop events_;
+  MessageBoxes boxes_;
+  Speech speech_;
+  DesktopNotice notice_;
+  AbsentOpc opc_;
+  Dialogs dialogs_;
+  frmTarvexStartup startupForm_;
+  frmTXM mainForm_;
+  Manager manager_;
+  BusAdapter bus_;
+};

@@ -1,0 +1,186 @@
+#include "ui/qt_canvas.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "platform/qt/text.h"
+
+namespace {
+
+constexpr DrawingHandle kWindow = 1;
+constexpr DrawingHandle kFirstStock = 2;  // what a new context holds of each kind: nothing to draw with
+constexpr DrawingHandle kFirstOwn = 100;
+
+constexpr qsizetype kLongestText = 400;  // characters; far more than the widest cell shows
+
+QColor ToColour(Colour colour) { return {colour.red, colour.green, colour.blue}; }
+
+/// Pixels of `area` of `from` to `at` of `to`, as far as both images reach.
+void CopyPixels(QImage& to, QPoint at, const QImage& from, QRect area) {
+  area &= from.rect();
+  const QRect target = QRect(at, area.size()) & to.rect();
+  if (target.isEmpty() || target.topLeft() != at) return;
+  const auto bytes = static_cast<std::size_t>(target.width()) * sizeof(QRgb);
+  for (int line = 0; line < target.height(); ++line) {
+    const uchar* source = from.constScanLine(area.y() + line) + static_cast<std::size_t>(area.x()) * sizeof(QRgb);
+    std::memcpy(to.scanLine(at.y() + line) + static_cast<std::size_t>(at.x()) * sizeof(QRgb), source, bytes);
+  }
+}
+
+}  // namespace
+
+QtCanvas::QtCanvas(std::function<void(const QRect&)> onWindowChanged)
+    : onWindowChanged_(std::move(onWindowChanged)), lastHandle_(kFirstOwn) {}
+
+void QtCanvas::SetPicture(const QImage& picture, qreal scale) {
+  window_ = picture.convertToFormat(QImage::Format_RGB32);
+  window_.setDevicePixelRatio(1);
+  scale_ = scale;
+}
+
+DrawingHandle QtCanvas::WindowContext() { return kWindow; }
+
+void QtCanvas::ReleaseContext(DrawingHandle) {}
+
+DrawingHandle QtCanvas::CreateCompatibleContext() {
+  Context context;
+  for (std::size_t kind = 0; kind < kKinds; ++kind) {
+    context.selected[kind] = kFirstStock + static_cast<DrawingHandle>(kind);
+  }
+  contexts_[++lastHandle_] = context;
+  return lastHandle_;
+}
+
+DrawingHandle QtCanvas::Keep(Object object) {
+  objects_.emplace(++lastHandle_, std::move(object));
+  return lastHandle_;
+}
+
+DrawingHandle QtCanvas::CreateBitmap(int width, int height) {
+  const auto devicePixels = [&](int length) { return static_cast<int>(std::ceil(length * scale_)); };
+  return Keep(QImage(devicePixels(width), devicePixels(height), QImage::Format_RGB32));
+}
+
+DrawingHandle QtCanvas::CreatePen(Colour colour) { return Keep(Pen{colour}); }
+
+DrawingHandle QtCanvas::CreateBrush(Colour colour) { return Keep(Brush{colour}); }
+
+DrawingHandle QtCanvas::CreateFont(const FontShape& shape) {
+  constexpr double kLineToSize = 1.117;  // the family's ascent and descent, in parts of its size
+  QFont font("Liberation Sans");
+  font.setPixelSize(static_cast<int>(std::lround(shape.height / kLineToSize)));
+  font.setWeight(QFont::Weight(shape.weight));
+  const int natural = QFontMetrics(font).averageCharWidth();
+  if (natural > 0) font.setStretch(100 * shape.width / natural);
+  return Keep(LineFont{font, QFontMetrics(font).ascent()});
+}
+
+QtCanvas::Context* QtCanvas::Find(DrawingHandle context) {
+  const auto entry = contexts_.find(context);
+  return entry == contexts_.end() ? nullptr : &entry->second;
+}
+
+template <typename Kind>
+Kind* QtCanvas::Selected(Context& context) {
+  for (DrawingHandle handle : context.selected) {
+    const auto entry = objects_.find(handle);
+    if (entry == objects_.end()) continue;
+    if (Kind* object = std::get_if<Kind>(&entry->second)) return object;
+  }
+  return nullptr;
+}
+
+DrawingHandle QtCanvas::SelectObject(DrawingHandle context, DrawingHandle object) {
+  Context* const target = Find(context);
+  if (target == nullptr) return 0;
+  std::size_t kind = 0;
+  if (const auto entry = objects_.find(object); entry != objects_.end()) {
+    kind = entry->second.index();
+  } else if (object >= kFirstStock && object < kFirstStock + static_cast<DrawingHandle>(kKinds)) {
+    kind = static_cast<std::size_t>(object - kFirstStock);
+  } else {
+    return 0;
+  }
+  return std::exchange(target->selected[kind], object);
+}
+
+bool QtCanvas::DeleteObject(DrawingHandle object) {
+  const auto holdsIt = [&](const auto& entry) {
+    const Context& context = entry.second;
+    return std::find(std::begin(context.selected), std::end(context.selected), object) != std::end(context.selected);
+  };
+  if (std::any_of(contexts_.begin(), contexts_.end(), holdsIt)) return false;
+  return objects_.erase(object) > 0;
+}
+
+bool QtCanvas::DeleteContext(DrawingHandle context) { return context == kWindow || contexts_.erase(context) > 0; }
+
+QImage* QtCanvas::ImageOf(DrawingHandle context) {
+  if (context == kWindow) return &window_;
+  Context* const held = Find(context);
+  return held == nullptr ? nullptr : Selected<QImage>(*held);
+}
+
+/// Both edges are rounded on their own, so that a cell covers the same device pixels whenever it is copied.
+QRect QtCanvas::DevicePixels(int x, int y, int width, int height) const {
+  const auto edge = [&](int position) { return static_cast<int>(std::ceil(position * scale_)); };
+  return {QPoint(edge(x), edge(y)), QPoint(edge(x + width) - 1, edge(y + height) - 1)};
+}
+
+void QtCanvas::Copy(DrawingHandle to, int x, int y, int width, int height, DrawingHandle from, int fromX, int fromY) {
+  QImage* const target = ImageOf(to);
+  const QImage* const source = ImageOf(from);
+  if (target == nullptr || source == nullptr) return;
+  const QRect targetArea = DevicePixels(x, y, width, height);
+  const QRect sourceArea = DevicePixels(fromX, fromY, width, height);
+  // Only on the window does a cell's place tell how many device pixels it covers.
+  const QSize size = from == kWindow ? sourceArea.size() : targetArea.size();
+  CopyPixels(*target, targetArea.topLeft(), *source, QRect(sourceArea.topLeft(), size));
+  if (to == kWindow) onWindowChanged_({x, y, width, height});
+}
+
+void QtCanvas::Ellipse(DrawingHandle context, int left, int top, int right, int bottom) {
+  Context* const held = Find(context);
+  QImage* const image = held == nullptr ? nullptr : Selected<QImage>(*held);
+  const Brush* const brush = held == nullptr ? nullptr : Selected<Brush>(*held);
+  if (image == nullptr || brush == nullptr) return;
+  QPainter painter(image);
+  painter.scale(scale_, scale_);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);  // the pen has the brush's colour, and the ellipse reaches to the outer edge of both
+  painter.setBrush(ToColour(brush->colour));
+  painter.drawEllipse(QRectF(left, top, right - left, bottom - top));
+}
+
+void QtCanvas::SetTransparentBackground(DrawingHandle) {}  // texts never have another
+
+void QtCanvas::SetText(DrawingHandle context, Colour colour, TextAlign align) {
+  Context* const held = Find(context);
+  if (held == nullptr) return;
+  held->textColour = colour;
+  held->align = align;
+}
+
+void QtCanvas::TextOut(DrawingHandle context, int x, int y, std::string_view text) {
+  Context* const held = Find(context);
+  QImage* const image = held == nullptr ? nullptr : Selected<QImage>(*held);
+  const LineFont* const font = held == nullptr ? nullptr : Selected<LineFont>(*held);
+  if (image == nullptr || font == nullptr || text.empty()) return;
+  QString line = ToVisibleText(text).left(kLongestText);
+  QPainter painter(image);
+  painter.scale(scale_, scale_);
+  painter.setFont(font->font);
+  painter.setPen(ToColour(held->textColour));
+  painter.translate(x, y + font->baseline);
+  if (held->align == TextAlign::Right) {
+    line = line.trimmed();
+    const qreal width = QFontMetricsF(font->font).horizontalAdvance(line);
+    // A number that is cut would be another number: one too long for its cell is drawn narrower.
+    if (width > x) painter.scale(x / width, 1);
+    painter.translate(-width, 0);
+  }
+  painter.drawText(QPointF(0, 0), line);
+}
