@@ -29,21 +29,11 @@ class Garbage {
     return Chance(3) ? kEdges[Below(13)] : Below(20);
   }
   std::string Cell(int column) {
-    constexpr const char* kNames[] = {"Motion",
-                                      "Net Mode",
-                                      "Gross Mode",
-                                      "LB",
-                                      "Decimal Place XXXX.XX",
-                                      "Out Of Range",
-                                      "=> GROSS",
-                                      "KG",
-                                      "Decimal Place XXXX00",
-                                      "Polarity Sign Negative -"};
-    constexpr const char* kFields[] = {"1 / MOTION", "2 / MODE",    "3 / UNITS", "0 / ERROR",
-                                       "(WEIGHT)",   "4 / STATUS1", "STATUS9"};
+    constexpr const char* kNames[] = {"Motion", "Net Mode", "LB", "Decimal Place XXXX.XX", "Out Of Range", "=> GROSS"};
+    constexpr const char* kFields[] = {"1 / MOTION", "2 / MODE", "3 / UNITS", "0 / ERROR", "(WEIGHT)", "STATUS9"};
     if (Chance(12)) return Bytes(6);
-    if (column == 0) return kNames[Below(10)];
-    if (column == 1) return kFields[Below(7)];
+    if (column == 0) return kNames[Below(6)];
+    if (column == 1) return kFields[Below(6)];
     if (column == 5) return Chance(5) ? "" : "X";
     std::string cell = std::to_string(Chance(8) ? Number() : Below(8));
     if (column < 4 && Chance(2)) cell += "b" + std::to_string(Below(10));

@@ -57,37 +57,4 @@ TEST(SentencesTest, EachOccasionIsSpokenInItsOwnWordsWithTheNumberPeopleKnowTheC
   }
 }
 
-TEST(SentencesTest, APlantWithoutTheWordSpeechStaysSilent) {
-  TestPlant plant;
-  for (const SentenceCase& c : kCases) Say(plant.tables, plant.notice, c.occasion, 3);
-  EXPECT_TRUE(plant.notice.spoken.empty());
-}
-
-TEST(SentencesTest, AFaultOfTheTickIsSpokenBesideItsLogLineAndItsBox) {
-  for (const int number : {8002, 8005, 11}) {
-    TestPlant plant;
-    plant.tables.SpeechEnabled = True;
-    plant.Connect(0, 10);
-    plant.tables.ChanConnected[0] = False;
-    plant.tables.ReinitChannel = 0;
-    plant.ports.port[0].openError = number;
-    plant.Tick();
-    EXPECT_EQ(plant.notice.spoken.size(), 1U) << number;
-    EXPECT_EQ(plant.notice.boxes.size(), 1U) << number;
-    EXPECT_FALSE(plant.LogText(1).empty()) << number;
-  }
-}
-
-TEST(SentencesTest, APortThatStaysClosedIsOnlySpokenOf) {
-  TestPlant plant;
-  plant.tables.SpeechEnabled = True;
-  plant.Connect(0, 10);
-  plant.tables.ChanConnected[0] = False;
-  plant.tables.ReinitChannel = 0;
-  plant.ports.port[0].refuseToOpen = true;
-  plant.Tick();
-  EXPECT_THAT(plant.notice.spoken, testing::ElementsAre(testing::HasSubstr("will not be enabled. ")));
-  EXPECT_TRUE(plant.notice.boxes.empty());
-}
-
 }  // namespace

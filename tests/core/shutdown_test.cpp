@@ -24,17 +24,6 @@ TEST(ShutdownTest, ClosingTheWindowStopsTheScanAndClosesEveryLink) {
   EXPECT_TRUE(plant.notice.boxes.empty()) << "faults in closing are not reported";
 }
 
-TEST(ShutdownTest, ClosingTakesTheOpcGroupDownWithItsLogLines) {
-  TestPlant plant;
-  plant.Connect(2, 2);
-  plant.tables.ChanOpcEnabled[2] = True;
-  CloseTXMWindow(plant.engine);
-  EXPECT_EQ(plant.opc.control[2].calls, (std::vector<std::string>{"delete group", "disconnect"}));
-  EXPECT_EQ(plant.LogText(LogType::Opc),
-            "2026-01-02 03:04:05 @ Device:2; Deleting Group... StatusNo Server\r\n"
-            "2026-01-02 03:04:05 @ Device:2; Disconnecting... StatusRefused\r\n");
-}
-
 TEST(ShutdownTest, TheEndTaskClosesPortsThatAreStillOpenOnEveryControl) {
   TestPlant plant;
   plant.tables.MaxChannel = 7;
@@ -43,16 +32,6 @@ TEST(ShutdownTest, TheEndTaskClosesPortsThatAreStillOpenOnEveryControl) {
   EXPECT_TRUE(plant.ports.port[31].open);
   TaskCtrl(plant.engine, 6);
   EXPECT_FALSE(plant.ports.port[31].open);
-}
-
-TEST(ShutdownTest, UnloadingTheMainFormSaysSoAndForgetsWhatWasReceived) {
-  TestPlant plant;
-  plant.tables.TerminalLinkUp = True;
-  plant.tables.ChanRxBuffer[31] = "half a stre";
-  Unload_Tarvex_MainForm(plant.engine);
-  EXPECT_EQ(plant.tables.ChanRxBuffer[31], "");
-  EXPECT_EQ(plant.tables.TerminalLinkUp, False);
-  EXPECT_EQ(plant.LogText(LogType::Activity), "2026-01-02 03:04:05 @ Tarvex Manager Terminated\r\n");
 }
 
 }  // namespace

@@ -36,69 +36,18 @@ TEST(TransmissionTest, TheDelayPacesTheQueueOneCharacterAtATime) {
   }
 }
 
-TEST(TransmissionTest, OnlyConnectedSerialChannelsSend) {
+TEST(TransmissionTest, OnlyConnectedSerialChannelsSendAndAVanishedPortDoesNotStopTheOthers) {
   TestPlant plant;
-  for (int ch : {0, 1, 2}) {
+  for (int ch : {0, 1, 2, 3}) {
     plant.Connect(ch, 2);
     plant.tables.ChanTxDelay[ch] = 12;
     plant.tables.ChanTxQueue[ch] = "A";
   }
   plant.tables.ChanConnected[0] = False;
   plant.tables.ChanConnectUsing[1] = ConnectUsing::ArcNet;
+  plant.ports.port[2].open = false;
   TxTimerTick(plant.engine);
-  for (int ch : {0, 1, 2}) EXPECT_EQ(plant.ports.port[static_cast<std::size_t>(ch)].sent.size(), ch == 2 ? 1U : 0U);
-}
-
-TEST(TransmissionTest, TheLampIsOnWhileTheQueueIsSentAndOffBehindIt) {
-  TestPlant plant;
-  plant.Connect(0, 2);
-  Tables& t = plant.tables;
-  t.ScanTick = 5;
-  t.ChanTxDelay[0] = 12;
-  t.ChanTxQueue[0] = "AB";
-  TxTimerTick(plant.engine);
-  EXPECT_EQ(t.ChanIndicator[Item::Tx][0], True);
-  TxTimerTick(plant.engine);
-  TxTimerTick(plant.engine);
-  EXPECT_EQ(t.ChanIndicator[Item::Tx][0], False);
-  EXPECT_EQ(t.ChanDirty[Item::Tx][0], True);
-}
-
-TEST(TransmissionTest, WhileTheQueueWaitsTheLampGoesOffUnlessMinimised) {
-  for (bool minimized : {false, true}) {
-    TestPlant plant;
-    plant.Connect(0, 2);
-    Tables& t = plant.tables;
-    t.Minimized = AsBoolean(minimized);
-    t.ChanTxDelay[0] = 150;
-    t.ChanTxQueue[0] = "AB";
-    t.ChanIndicator[Item::Tx][0] = True;
-    t.ScanTick = 1;
-    TxTimerTick(plant.engine);
-    EXPECT_EQ(t.ChanIndicator[Item::Tx][0], True) << "one tick is not older than one tick";
-    t.ScanTick = 2;
-    TxTimerTick(plant.engine);
-    EXPECT_EQ(t.ChanIndicator[Item::Tx][0], minimized ? True : False);
-  }
-}
-
-TEST(TransmissionTest, TheCountWrapsAndAVanishedPortDoesNotStopTheOthers) {
-  TestPlant plant;
-  Tables& t = plant.tables;
-  for (int ch : {0, 1}) {
-    plant.Connect(ch, 2);
-    t.ChanTxDelay[ch] = 150;
-    t.ChanTxQueue[ch] = "A";
-    t.ChanTxTick[ch] = 10'000'000;
-  }
-  plant.ports.port[0].open = false;
-  t.TxTick = 10'000'000;
-  TxTimerTick(plant.engine);
-  EXPECT_EQ(t.TxTick, 0);
-  EXPECT_EQ(t.TxTickWrapped, True);
-  EXPECT_EQ(plant.ports.port[1].sent, std::vector<std::string>{"A"}) << "a wrap makes the pace early once";
-  TxTimerTick(plant.engine);
-  EXPECT_EQ(t.TxTickWrapped, False);
+  for (int ch : {0, 1, 2, 3}) EXPECT_EQ(plant.ports.port[static_cast<std::size_t>(ch)].sent.size(), ch == 3 ? 1U : 0U);
 }
 
 }  // namespace
