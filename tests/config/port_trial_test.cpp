@@ -20,25 +20,6 @@ class PortTrialTest : public testing::Test {
   FakePort& port = plant.ports.port[4];
 };
 
-TEST_F(PortTrialTest, AnEnabledChannelsPortIsSetAndOpenedWhateverItIsConnectedBy) {
-  plant.tables.ChanConnectUsing[4] = ConnectUsing::ArcNet;
-  EXPECT_EQ(plant.Run(CfgAction::PortTrial, 4), "");
-  EXPECT_TRUE(port.open);
-  EXPECT_EQ(port.opened, 1) << "closed and opened again with the new settings";
-  EXPECT_EQ(port.commPort, 7);
-  EXPECT_EQ(port.settings, "19200,E,7,1");
-  EXPECT_EQ(port.handshaking, 1);
-  EXPECT_EQ(plant.tables.ChanAppliedPort[4], 7);
-  EXPECT_EQ(plant.tables.ChanSavedPort[4], 2);
-}
-
-TEST_F(PortTrialTest, ADisabledChannelsPortIsSetAndStaysClosed) {
-  plant.tables.ChanEnabled[4] = False;
-  EXPECT_EQ(plant.Run(CfgAction::PortTrial, 4), "");
-  EXPECT_FALSE(port.open);
-  EXPECT_EQ(port.settings, "19200,E,7,1");
-}
-
 struct FaultCase {
   int error;
   const char* logText;
@@ -82,47 +63,6 @@ TEST_F(PortTrialTest, ARefusedPortIsToldAndGetsItsOldSettingsBack) {
       EXPECT_NE(plant.notice.spoken[0].find(std::string("Channel 5") + c.spoken), std::string::npos);
     }
   }
-}
-
-TEST_F(PortTrialTest, SavingAChannelWithARefusedPortWritesItDisabled) {
-  port.openError = ErrorNumber::SerialPortInvalid;
-  EXPECT_EQ(plant.Run(CfgAction::WriteChannelFile, 4), "");
-  EXPECT_EQ(plant.Run(CfgAction::ReadChannelFile, 4), "");
-  EXPECT_EQ(plant.tables.ChanEnabled[4], False);
-  EXPECT_EQ(plant.tables.ChanPort[4], 6);
-  EXPECT_TRUE(plant.notice.spoken.empty()) << "no word without the SPEECH word";
-}
-
-TEST_F(PortTrialTest, TheChannelIsDisabledEvenIfTheLogCannotTakeTheFault) {
-  port.openError = ErrorNumber::SerialPortInUse;
-  plant.files.broken["/plant/ErrorLog-Tarvex.txt"] = ErrorNumber::DiskFull;
-  EXPECT_EQ(plant.Run(CfgAction::PortTrial, 4).substr(0, 2), "61");
-  EXPECT_EQ(plant.tables.ChanEnabled[4], False);
-  EXPECT_EQ(port.commPort, 2);
-}
-
-class RecordingScreen : public SetupScreen {
- public:
-  std::string calls;
-  void ShowChannel(int ch) override { calls += "1:" + std::to_string(ch) + " "; }
-  void TakeChannel(int ch) override { calls += "2:" + std::to_string(ch) + " "; }
-  void ShowProtocol(int proto) override { calls += "13:" + std::to_string(proto) + " "; }
-  void TakeProtocol(int proto) override { calls += "14:" + std::to_string(proto) + " "; }
-};
-
-TEST(CfgProcTest, ScreenActionsReachTheScreenAndUnknownOnesNothing) {
-  ConfigPlant plant;
-  RecordingScreen screen;
-  for (int action : {-1, 0, 12, 18, 1, 2, 13, 14}) EXPECT_EQ(plant.Run(action, 3), "");
-  plant.manager.Configuring().SetSetupScreen(&screen);
-  for (int action : {14, 12, 13, 2, 1, 99}) EXPECT_EQ(plant.Run(action, 3), "");
-  EXPECT_EQ(screen.calls, "14:3 13:3 2:3 1:3 ");
-  EXPECT_TRUE(plant.files.content.empty());
-
-  plant.tables.ChanEnabled[3] = True;
-  EXPECT_EQ(plant.Run(CfgAction::DisableChannel, 3), "");
-  EXPECT_EQ(plant.tables.ChanEnabled[3], False);
-  EXPECT_TRUE(plant.files.content.empty()) << "disabling touches no file";
 }
 
 }  // namespace
