@@ -36,8 +36,9 @@ TEST(BusActivation, TheFirstCallOfAClientStartsTheInstalledManagerEachTimeItIsNo
   BusClient client;
   for (int start = 1; start <= 2; ++start) {
     EXPECT_EQ(ManagerProcess(client), 0);
+    const auto answer = client.Call("/org/tarvex/Connector", "org.tarvex.Connector", "Device", "n", 3);
     const char* path = "";
-    client.Call("/org/tarvex/Connector", "org.tarvex.Connector", "Device", "n", 3).Read("o", &path);
+    answer.Read("o", &path);
     EXPECT_STREQ(path, "/org/tarvex/Device/3");
     const pid_t manager = ManagerProcess(client);
     ASSERT_NE(manager, 0);

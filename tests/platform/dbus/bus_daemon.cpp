@@ -1,5 +1,6 @@
 #include "tests/platform/dbus/bus_daemon.h"
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -41,6 +42,7 @@ void BusDaemon::Start(const std::string& serviceFolder) {
   pid_ = fork();
   if (pid_ == 0) {
     close(ready[0]);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that crashes leaves no bus behind
     const std::string printAddress = "--print-address=" + std::to_string(ready[1]);
     execlp("dbus-daemon", "dbus-daemon", "--nofork", "--nopidfile", ("--config-file=" + configuration).c_str(),
            printAddress.c_str(), nullptr);
