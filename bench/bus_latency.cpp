@@ -1,6 +1,7 @@
 // How long a weight takes from the byte at the scale's port to the signal at a client of the bus, and what it
 // costs: 32 scales on pseudo-terminals send 20 streams a second each to a tarvexd of its own on a bus of its own,
-// and one client listens to all. Every stream has a weight of its own, by which its two ends are joined.
+// and one client listens to all. Every stream has a weight of its own, by which its two ends are joined. A stream
+// is unseen if the next one of its scale was there before the system looked.
 // usage: bus_latency [SECONDS]
 
 #include <sys/mman.h>
@@ -197,7 +198,7 @@ int main(int count, char** texts) {
   void* shared = mmap(nullptr, sizeof(SendTimes), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (shared == MAP_FAILED) throw std::runtime_error("no memory");
   SendTimes& sent = *static_cast<SendTimes*>(shared);
-  std::printf("%8s %6s %8s %6s %8s %8s %8s %8s %8s\n", "Timer1", "Sleep", "weights", "lost", "p50 ms", "p99 ms",
+  std::printf("%8s %6s %8s %6s %8s %8s %8s %8s %8s\n", "Timer1", "Sleep", "weights", "unseen", "p50 ms", "p99 ms",
               "max ms", "CPU %", "idle %");
   bool met = true;
   for (const Case& setting : {Case{1, 0, 2, 5}, Case{25, 2, 30, 3}}) met = Measure(setting, seconds, sent) && met;

@@ -38,6 +38,7 @@ std::map<std::string, std::string> SettingsFiles(const std::string& folder, int 
   tables.Timer1Sleep = timer1Sleep;
   WriteSystemFile(tables, plant.files);
   tables.ProtoTerminator[kProtocol] = '\r';
+  tables.ProtoMaxStream[kProtocol] = 2 * (kDigits + 1);  // as formats have it: a longer buffer reads older streams
   tables.ProtoGrossEnable[kProtocol] = True;
   tables.ProtoGrossPos[kProtocol] = 1;
   tables.ProtoGrossLen[kProtocol] = kDigits;
