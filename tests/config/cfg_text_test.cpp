@@ -18,13 +18,8 @@ std::vector<std::string> Fields(std::string_view content) {
   return fields;
 }
 
-struct FieldCase {
-  std::string_view content;
-  std::vector<std::string> fields;
-};
-
 TEST(CfgTextTest, FieldsAreTakenOneByOneWhateverEndsTheirLines) {
-  const FieldCase cases[] = {
+  const std::pair<std::string_view, std::vector<std::string>> cases[] = {
       {"1,2\n3\r4", {"[1]", "[2]", "[3]", "[4]"}},
       {"  1 , \"a, b\" ,\t2", {"[1]", "[a, b]", "[2]"}},
       {"\" a \", b c  ,3", {"[ a ]", "[b c]", "[3]"}},
@@ -33,9 +28,8 @@ TEST(CfgTextTest, FieldsAreTakenOneByOneWhateverEndsTheirLines) {
       {",,\"\"\r\n", {"unset", "unset", "[]"}},
       {"1\r\n\r\n \n2\n\n", {"[1]", "[2]"}},
       {"\xEF\xBB\xBF\"1\"", {"[1]"}},
-      {" \r\n", {}},
-  };
-  for (const FieldCase& c : cases) EXPECT_EQ(Fields(c.content), c.fields) << "'" << c.content << "'";
+      {" \r\n", {}}};
+  for (const auto& [content, fields] : cases) EXPECT_EQ(Fields(content), fields) << "'" << content << "'";
 }
 
 struct FaultCase {
