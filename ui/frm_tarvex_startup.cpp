@@ -9,6 +9,7 @@
 #include "core/shutdown.h"
 #include "core/startup.h"
 #include "platform/qt/text.h"
+#include "ui/focused_button.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -114,6 +115,10 @@ void frmTarvexStartup::paintEvent(QPaintEvent*) {
   painter.setPen(Palette::Heading);
   painter.setFont(FormFont(16, QFont::Normal));
   painter.drawText(textLeft, 146, "Manager");
+}
+
+void frmTarvexStartup::keyPressEvent(QKeyEvent* event) {
+  if (!PressFocusedButton(*this, *event)) QWidget::keyPressEvent(event);
 }
 
 void frmTarvexStartup::closeEvent(QCloseEvent* event) {

@@ -35,6 +35,7 @@ class frmTarvexStartup : public QWidget, public StartupForm {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:

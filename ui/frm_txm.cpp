@@ -14,6 +14,7 @@
 #include "platform/qt/text.h"
 #include "ui/background.h"
 #include "ui/dialogs.h"
+#include "ui/focused_button.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -233,8 +234,8 @@ void frmTXM::keyPressEvent(QKeyEvent* event) {
   const Qt::KeyboardModifiers held = event->modifiers();
   const auto button = ButtonForKey(event->key(), {held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::ControlModifier),
                                                   held.testFlag(Qt::AltModifier)});
-  if (!button) return QWidget::keyPressEvent(event);
-  Press(*button, 0);
+  if (button) return Press(*button, 0);
+  if (!PressFocusedButton(*this, *event)) QWidget::keyPressEvent(event);
 }
 
 void frmTXM::mouseMoveEvent(QMouseEvent* event) {
