@@ -16,22 +16,6 @@ class Client : public DeviceSink {
   }
 };
 
-TEST(AutomationTest, OnlyCDoUpdateMovesACommandIntoTheChannel) {
-  Tables tables;
-  Automation automation(tables);
-  automation.BindDevices();
-  automation.BindDevices();
-  Device& device = *automation.Objects().At(5);
-  device.CCmd = 3;
-  device.CCmdParm = 12.5;
-  device.CCmdStat = 7;
-  EXPECT_EQ(tables.ChanCmdState[5], 0);
-  device.CDoUpdate();
-  EXPECT_EQ(tables.ChanCmdState[5], 3);
-  EXPECT_EQ(tables.ChanCmdParm[5], 12.5);
-  EXPECT_EQ(tables.ChanCmdStatus[5], 7);
-}
-
 TEST(AutomationTest, EveryClientHearsOfAnUpdateAndMayLeaveInTheMiddleOfIt) {
   DeviceObjects objects;
   Device& device = *objects.At(32);
