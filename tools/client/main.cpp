@@ -86,16 +86,20 @@ void PrintChannel(int channel, const DeviceState& state) {
 }
 
 int ShowAll() {
-  std::printf("%3s  %-24s %12s %12s %12s  %s\n", "", "description", "gross", "tare", "net", "status");
+  constexpr const char* kRow = "%3s  %-24s %12s %12s %12s  %s\n";
+  bool any = false;
   for (int channel = 1; channel <= kChannels; ++channel) {
     DeviceClient client(channel);
     client.Read();
     const DeviceState& state = client.State();
     if (state.description.empty()) continue;  // never opened: there is no device
-    std::printf("%3d  %-24s %12s %12s %12s  %s\n", channel, state.description.c_str(), NumberText(state.gross).c_str(),
+    if (!any) std::printf(kRow, "", "description", "gross", "tare", "net", "status");
+    any = true;
+    std::printf(kRow, std::to_string(channel).c_str(), state.description.c_str(), NumberText(state.gross).c_str(),
                 NumberText(state.tare).c_str(), NumberText(state.net).c_str(),
                 WithWords(state.status, StatusWords(state.status)).c_str());
   }
+  if (!any) std::puts("No channel is open yet.");
   return 0;
 }
 
