@@ -32,7 +32,7 @@ std::string TakeLine(std::string& text, std::size_t width) {
     const std::size_t blank = text.rfind(' ', width);
     length = blank == std::string::npos || blank == 0 ? width : blank;
   }
-  const std::string line = text.substr(0, length);
+  std::string line = text.substr(0, length);
   text.erase(0, std::max(length, text.find_first_not_of(' ', length)));
   return line;
 }
@@ -164,6 +164,7 @@ void TextScreen::DrawHead() {
   const int stateWidth = static_cast<int>(state.size());
   const int nameWidth = std::max(0, columns - stateWidth);
   std::string name = " Tarvex Manager";
+  if (tables_.DebugMode == True) AppendIfItFits(name, "DEBUG", nameWidth - 1);
   AppendIfItFits(name, place_, nameWidth - 1);
   AppendIfItFits(name, revision_, nameWidth - 1);
   terminal_.Put(0, 0, name, nameWidth - 1, Look::Bar);
