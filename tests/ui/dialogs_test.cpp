@@ -14,6 +14,7 @@
 #include "platform/qt/text.h"
 #include "tests/support/test_plant.h"
 #include "tests/ui/offscreen.h"
+#include "tests/ui/wait_for.h"
 #include "ui/frm_sql_detail.h"
 #include "ui/value_label.h"
 

@@ -11,6 +11,7 @@
 #include "platform/qt/text.h"
 #include "tests/support/test_plant.h"
 #include "tests/ui/offscreen.h"
+#include "tests/ui/wait_for.h"
 
 namespace {
 
