@@ -18,8 +18,8 @@ CfgCell CommandEnabled(Tables& tables, int proto, int command) { return &tables.
 /// Lines 1 to 6. The defaults are what a protocol without a file runs with.
 constexpr CfgFieldRow kHeadLines[][3] = {
     {{"ProtoReserved", SettingOf<&Tables::ProtoReserved>},
-     {"ProtoStartChar", SettingOf<&Tables::ProtoStartChar>},
-     {"ProtoTerminator", SettingOf<&Tables::ProtoTerminator>}},
+     {"ProtoStartChar", SettingOf<&Tables::ProtoStartChar>, {}, 0, 255},
+     {"ProtoTerminator", SettingOf<&Tables::ProtoTerminator>, {}, 0, 255}},
     {{"ProtoGrossPos", SettingOf<&Tables::ProtoGrossPos>, 0},
      {"ProtoGrossLen", SettingOf<&Tables::ProtoGrossLen>, 0},
      {"ProtoGrossEnable", SettingOf<&Tables::ProtoGrossEnable>, false}},

@@ -26,9 +26,7 @@ void SetLampFlagged(Tables& tables, int ch, int item, bool on) {
 }
 
 void ResetLamps(Tables& tables, int ch) {
-  tables.ChanIndicator[Item::Rx][ch] = False;
-  tables.ChanIndicator[Item::Tx][ch] = False;
-  SetLampFlagged(tables, ch, Item::Error, false);
+  for (int item : {Item::Rx, Item::Tx, Item::Error}) SetLampFlagged(tables, ch, item, false);
   SetLampFlagged(tables, ch, Item::Sql, tables.ChanProtocol[ch] == 0);
   SetLampFlagged(tables, ch, Item::Enabled, tables.ChanEnabled[ch] == True);
   for (int item : {Item::Units, Item::Net, Item::Motion}) SetLampFlagged(tables, ch, item, false);
@@ -59,6 +57,7 @@ void ShowReady(Engine& engine, int ch) {
 void OpenSerialPort(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   tables.ChanLastRxTick[ch] = tables.ScanTick;
+  tables.ChanRxBuffer[ch].clear();  // what an earlier opening left behind could be cut into an old weight
   SerialPort& port = engine.ports.Port(ch);
   if (port.PortOpen()) port.Close();
   port.SetCommPort(tables.ChanPort[ch] + 1);
