@@ -35,13 +35,12 @@ Desktop::Desktop(const std::string& programFolder)
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       speech_([this](const std::string& why) { OnWindowThread([this, why] { Tell(why); }); }),
       notice_(boxes_, speech_),
-      mainForm_(dialogs_),
       manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
       bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }) {
   Engine& engine = manager_.Parts();
   dialogs_.Use(engine);
-  startupForm_.Use(engine);
-  mainForm_.Use(engine);
+  startupForm_.Use(engine, [this] { End(); });
+  mainForm_.Use(engine, dialogs_);
 }
 
 int Desktop::Run(std::string_view commandLine) {
@@ -51,7 +50,6 @@ int Desktop::Run(std::string_view commandLine) {
     CloseTXMWindow(engine);
     TaskCtrl(engine, kEndTask);
   });
-  QObject::connect(&startupForm_, &frmTarvexStartup::Unloaded, &startupForm_, [this] { End(); });
   ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder + std::string(kPortsFile)); });
   if (engine.tables.SpeechEnabled == True) speech_.Start();
   ConnectTimers();
@@ -75,7 +73,6 @@ void Desktop::Tell(const std::string& text) { std::cerr << system_.DateTimeText(
 void Desktop::End() {
   boxes_.DismissAll();
   dialogs_.Close();
-  Unload_Tarvex_MainForm(manager_.Parts());
-  mainForm_.Hide();
+  mainForm_.Unload();
   QCoreApplication::quit();
 }

@@ -38,7 +38,7 @@ struct Picture {
   const ItemColumn& Column(int item) const { return layout.columns[static_cast<std::size_t>(item)]; }
   /// The line between two rows; behind the last row the lower edge.
   int RowTop(int ch) const {
-    const int overhang = (layout.rowPitch - layout.cellHeight + 2) / 2;
+    const int overhang = (layout.rowPitch - layout.cellHeight) / 2;
     if (ch == kChannels) return RowTop(ch - 1) + layout.rowPitch;
     return PlaceOf(layout, ch, Item::Gross).y - overhang;
   }
@@ -88,9 +88,10 @@ void DrawChannelNumbers(QPainter& painter, const Picture& picture) {
   painter.setPen(Palette::ButtonGreyed);
   const int right = picture.Column(Item::Description).x - 14;
   for (int ch = 0; ch < kChannels; ++ch) {
-    const int top = picture.RowTop(ch);
-    const QRect place(picture.trafficRight, top, right - picture.trafficRight, layout.rowPitch);
-    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter, QString::number(ch + 1));
+    const QString number = QString::number(ch + 1);
+    const int width = painter.fontMetrics().horizontalAdvance(number);
+    const int baseline = PlaceOf(layout, ch, Item::Description).y + layout.cellHeight - 3;  // that of the texts
+    painter.drawText(right - width, baseline, number);
   }
 }
 

@@ -1,7 +1,9 @@
 #include "ui/frm_tarvex_startup.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QPainter>
 #include <QScreen>
 
@@ -9,83 +11,100 @@
 #include "core/shutdown.h"
 #include "core/startup.h"
 #include "platform/qt/text.h"
-#include "ui/focused_button.h"
+#include "ui/flat_button.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
 namespace {
 
-constexpr int kWidth = 560;
-constexpr int kHeight = 320;
-constexpr int kMark = 132;
-constexpr int kMenuLeft = 372;
 constexpr int kEndTask = 6;
 
-QFont FormFont(int pixels, QFont::Weight weight) {
+/// Places in the picture of the large display; the small one has three quarters of everything.
+constexpr QSizeF kForm(1024, 768);
+constexpr QRectF kMark(212, 176, 150, 150);
+constexpr QPointF kName(394, 256);
+constexpr QPointF kSubtitle(397, 296);
+constexpr QRectF kRevision(397, 312, 240, 20);
+constexpr QRectF kMenu(212, 404, 600, 176);
+constexpr QRectF kContinue(252, 470, 250, 64);
+constexpr QRectF kEnd(522, 470, 250, 64);
+constexpr QRectF kExit(974, 3, 47, 43);
+constexpr QPointF kMenuTitle(252, 446);
+
+QFont TextFont(int pixels, QFont::Weight weight) {
   QFont font("Liberation Sans");
   font.setPixelSize(pixels);
   font.setWeight(weight);
   return font;
 }
 
-}  // namespace
-
-frmTarvexStartup::frmTarvexStartup() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
-  setObjectName("frmTarvexStartup");
-  setWindowTitle("Tarvex Manager");
-  setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
-  setFixedSize(kWidth, kHeight);
-  lRevision_ = new QLabel(this);
-  lRevision_->setObjectName("lRevision");
-  lRevision_->setGeometry(40, kHeight - 44, 200, 20);
-  lRevision_->setStyleSheet(
-      QString("color: %1; font-family: 'Liberation Sans'; font-size: 13px;").arg(Palette::Quiet.name()));
-  cmdContinue_ = MakeButton("CmdContinue", "&Continue", "Start the scan of all channels", 110);
-  cmdEnd_ = MakeButton("cmdEnd", "&End", "End the program", 170);
-  cmdExit_ = MakeButton("cmdExit", "X", "End the program", 0);
-  cmdExit_->setGeometry(kWidth - 44, 8, 36, 30);
-  cmdContinue_->hide();
-  connect(cmdContinue_, &QPushButton::clicked, this, [this] { LaunchMainScreen(*engine_); });
-  connect(cmdEnd_, &QPushButton::clicked, this, &frmTarvexStartup::EndProgram);
-  connect(cmdExit_, &QPushButton::clicked, this, &frmTarvexStartup::EndProgram);
+QRect Scaled(const QRectF& place, double factor) {
+  return QRectF(place.topLeft() * factor, place.size() * factor).toRect();
 }
 
-QPushButton* frmTarvexStartup::MakeButton(const char* name, const char* caption, const char* toolTip, int top) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(name);
-  button->setToolTip(toolTip);
-  button->setGeometry(kMenuLeft, top, 148, 44);
-  button->setStyleSheet(QString("QPushButton { background: %1; color: %2; border: 1px solid %3; border-radius: 4px;"
-                                "  font-family: 'Liberation Sans'; font-size: 16px; }"
-                                "QPushButton:hover { background: %4; }"
-                                "QPushButton:pressed { background: %5; }"
-                                "QPushButton:focus { border: 2px solid %6; }"
-                                "QPushButton:disabled { background: %7; color: %8; }")
-                            .arg(Palette::Button.name(), Palette::ButtonText.name(), Palette::ButtonEdge.name(),
-                                 Palette::ButtonHover.name(), Palette::ButtonDown.name(), Palette::Accent.name(),
-                                 Palette::ButtonGreyed.name(), Palette::ButtonGreyedText.name()));
-  return button;
+}  // namespace
+
+frmTarvexStartup::frmTarvexStartup()
+    : lRevision_(new QLabel(this)),
+      cmdContinue_(new FlatButton(this, FlatButton::Look::Menu, "CmdContinue", "&Continue")),
+      cmdEnd_(new FlatButton(this, FlatButton::Look::Menu, "cmdEnd", "&End")),
+      cmdExit_(new FlatButton(this, FlatButton::Look::Corner, "cmdExit", "X")) {
+  setObjectName("frmTarvexStartup");
+  setWindowTitle("Tarvex");
+  setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
+  setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  lRevision_->setObjectName("lRevision");
+  lRevision_->setTextFormat(Qt::PlainText);
+  QPalette colours = lRevision_->palette();
+  colours.setColor(QPalette::WindowText, Palette::Quiet);
+  lRevision_->setPalette(colours);
+  cmdContinue_->setToolTip("Start the scan and show the weigh screen");
+  cmdEnd_->setToolTip("End the program");
+  cmdExit_->setToolTip("End the program");
+  cmdContinue_->hide();
+  connect(cmdContinue_, &FlatButton::clicked, this, [this] { LaunchMainScreen(*engine_); });
+  for (FlatButton* button : {cmdEnd_, cmdExit_}) connect(button, &FlatButton::clicked, this, [this] { End(); });
+  Fit(1024);
+}
+
+void frmTarvexStartup::Use(Engine& engine, std::function<void()> unloadForms) {
+  engine_ = &engine;
+  unloadForms_ = std::move(unloadForms);
+}
+
+void frmTarvexStartup::Fit(int screenWidth) {
+  if (screenWidth == 800 || screenWidth == 1024) large_ = screenWidth == 1024;
+  const double factor = large_ ? 1 : 0.78125;
+  setFixedSize(Scaled(QRectF(QPointF(0, 0), kForm), factor).size());
+  lRevision_->setFont(TextFont(qRound(14 * factor), QFont::Normal));
+  lRevision_->setGeometry(Scaled(kRevision, factor));
+  cmdContinue_->setGeometry(Scaled(kContinue, factor));
+  cmdEnd_->setGeometry(Scaled(kEnd, factor));
+  cmdExit_->setGeometry(Scaled(kExit, factor));
+  if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+    move(screen->geometry().center() - rect().center());
+  }
+  update();
 }
 
 void frmTarvexStartup::SetRevision(std::string_view text) { lRevision_->setText(ToText(text)); }
 
-void frmTarvexStartup::ShowLogo(int screenWidth) {
-  logo_ = logo_ || screenWidth == 800 || screenWidth == 1024;
-  update();
-}
+void frmTarvexStartup::ShowLogo(int screenWidth) { Fit(screenWidth); }
 
 void frmTarvexStartup::Show() {
-  const QRect display = QGuiApplication::primaryScreen()->geometry();
-  move(display.center() - rect().center());
   show();
   raise();
   activateWindow();
 }
 
-void frmTarvexStartup::Hide() { hide(); }
-
-/// The menu shows on every display; only the pictures are made for two of them.
-void frmTarvexStartup::ShowMenu(int) { cmdContinue_->show(); }
+void frmTarvexStartup::ShowMenu(int screenWidth) {
+  Fit(screenWidth);
+  menuVisible_ = true;
+  cmdContinue_->show();
+  FocusContinue();
+  update();
+}
 
 void frmTarvexStartup::EnableContinue(bool enabled) { cmdContinue_->setEnabled(enabled); }
 
@@ -95,33 +114,42 @@ void frmTarvexStartup::BusyPointer(bool busy) { busy ? setCursor(Qt::WaitCursor)
 
 void frmTarvexStartup::Unload() {
   hide();
-  emit Unloaded();
+  if (unloadForms_) unloadForms_();
 }
 
-void frmTarvexStartup::EndProgram() { TaskCtrl(*engine_, kEndTask); }
+void frmTarvexStartup::End() {
+  TaskCtrl(*engine_, kEndTask);
+  QCoreApplication::quit();
+}
 
 void frmTarvexStartup::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillRect(rect(), Palette::Frame);
-  painter.setPen(Palette::FrameEdge);
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  painter.fillRect(QRect(kMenuLeft - 24, 60, 1, kHeight - 120), Palette::FrameLight);
-  if (logo_) DrawMark(painter, QRectF(40, 60, kMark, kMark));
-  const int textLeft = logo_ ? 40 + kMark + 24 : 40;
-  painter.setPen(Palette::HeadingStrong);
-  painter.setFont(FormFont(36, QFont::Bold));
-  painter.drawText(textLeft, 118, "Tarvex");
-  painter.setPen(Palette::Heading);
-  painter.setFont(FormFont(16, QFont::Normal));
-  painter.drawText(textLeft, 146, "Manager");
-}
+  QLinearGradient light(0, 0, 0, height());
+  light.setColorAt(0, Palette::FrameLight);
+  light.setColorAt(1, Palette::Frame);
+  painter.fillRect(rect(), light);
+  painter.fillRect(0, 0, width(), 2, Palette::Accent);
+  painter.scale(width() / kForm.width(), width() / kForm.width());
 
-void frmTarvexStartup::keyPressEvent(QKeyEvent* event) {
-  if (!PressFocusedButton(*this, *event)) QWidget::keyPressEvent(event);
+  DrawMark(painter, kMark);
+  painter.setPen(Palette::HeadingStrong);
+  painter.setFont(TextFont(88, QFont::Bold));
+  painter.drawText(kName, "Tarvex");
+  painter.setPen(Palette::Heading);
+  painter.setFont(TextFont(22, QFont::Normal));
+  painter.drawText(kSubtitle, "Orvane scale communications manager");
+  if (!menuVisible_) return;
+
+  painter.setPen(QPen(Palette::FrameEdge, 1));
+  painter.setBrush(Palette::Frame);
+  painter.drawRoundedRect(kMenu, 8, 8);
+  painter.setPen(Palette::Heading);
+  painter.setFont(TextFont(16, QFont::Normal));
+  painter.drawText(kMenuTitle, "The scan is stopped.");
 }
 
 void frmTarvexStartup::closeEvent(QCloseEvent* event) {
   event->ignore();
-  EndProgram();
+  End();
 }

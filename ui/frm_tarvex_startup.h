@@ -1,51 +1,45 @@
 #pragma once
 
-#include <QLabel>
-#include <QPushButton>
 #include <QWidget>
+#include <functional>
 
 #include "core/forms.h"
 
+class FlatButton;
+class QLabel;
 struct Engine;
 
-/// The start-up form: the logo, then the menu from which the system is started, and to which it returns when the
-/// main window is closed.
+/// The start-up form, which is also the closing menu of a stopped system.
 class frmTarvexStartup : public QWidget, public StartupForm {
-  Q_OBJECT
-
  public:
   frmTarvexStartup();
 
-  /// The running system; must come before the form is shown, and outlive it.
-  void Use(Engine& engine) { engine_ = &engine; }
+  /// The running system, and what unloads the other forms; must come before the form is shown.
+  void Use(Engine& engine, std::function<void()> unloadForms);
 
   void SetRevision(std::string_view text) override;
   void ShowLogo(int screenWidth) override;
   void Show() override;
-  void Hide() override;
+  void Hide() override { hide(); }
   void ShowMenu(int screenWidth) override;
   void EnableContinue(bool enabled) override;
   void FocusContinue() override;
   void BusyPointer(bool busy) override;
   void Unload() override;
 
- signals:
-  /// All forms are to be unloaded: the program ends.
-  void Unloaded();
-
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  QPushButton* MakeButton(const char* name, const char* caption, const char* toolTip, int top);
-  void EndProgram();
+  /// The form as stored shows the pictures of the large display.
+  void Fit(int screenWidth);
+  void End();
 
   Engine* engine_ = nullptr;
+  std::function<void()> unloadForms_;
+  bool large_ = true;
+  bool menuVisible_ = false;
   QLabel* lRevision_;
-  QPushButton* cmdContinue_;
-  QPushButton* cmdEnd_;
-  QPushButton* cmdExit_;
-  bool logo_ = false;  ///< the display is one that the logo fits
+  FlatButton *cmdContinue_, *cmdEnd_, *cmdExit_;
 };

@@ -1,113 +1,149 @@
 #include "ui/frm_txm.h"
 
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QPainter>
+#include <QLabel>
 #include <QScreen>
-#include <QToolTip>
+#include <QWindow>
+#include <algorithm>
 
 #include "core/channel_state.h"
 #include "core/engine.h"
-#include "core/fixed_tables.h"
+#include "core/error_trap.h"
 #include "core/shutdown.h"
 #include "core/startup.h"
 #include "platform/qt/text.h"
-#include "ui/background.h"
 #include "ui/dialogs.h"
-#include "ui/focused_button.h"
+#include "ui/flat_button.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
+#include "ui/weigh_screen.h"
 
 namespace {
 
-constexpr PanelButton kTabOrder[] = {PanelButton::PutInTray, PanelButton::End,    PanelButton::Refresh,
-                                     PanelButton::Help,      PanelButton::Detail, PanelButton::Setup};
+constexpr int kNoticeMs = 15'000;
+constexpr int kTrayWatchMs = 2000;
 
-bool HasRows(PanelButton button) { return button == PanelButton::Detail || button == PanelButton::Setup; }
+constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
 
-QRect RectOf(const CellPlace& place) { return {place.x, place.y, place.width, place.height}; }
+QString QtText(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
-/// One look for all buttons of the panel; `pixels` is the height of their letters.
-QString ButtonStyle(int pixels) {
-  return QString(
-             "QPushButton { background: %1; color: %2; border: 1px solid %3; border-radius: 2px; padding: 0;"
-             "  font-family: 'Liberation Sans'; font-size: %4px; }"
-             "QPushButton:hover { background: %5; }"
-             "QPushButton:pressed { background: %6; }"
-             "QPushButton:focus { border: 1px solid %7; }"
-             "QPushButton:disabled { background: %8; color: %9; }")
-      .arg(Palette::Button.name(), Palette::ButtonText.name(), Palette::ButtonEdge.name())
-      .arg(pixels)
-      .arg(Palette::ButtonHover.name(), Palette::ButtonDown.name(), Palette::Accent.name(),
-           Palette::ButtonGreyed.name(), Palette::ButtonGreyedText.name());
+bool IsCorner(PanelButton button) { return button == PanelButton::PutInTray || button == PanelButton::End; }
+
+/// Labels cover all of their rectangle, as the buttons do.
+QLabel* MakeLabel(QWidget* parent, const QString& name, const QColor& ink, Qt::Alignment alignment) {
+  auto* const label = new QLabel(parent);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(alignment | Qt::AlignVCenter);
+  label->setAttribute(Qt::WA_TransparentForMouseEvents);
+  QPalette colours = label->palette();
+  colours.setColor(QPalette::Window, Palette::Frame);
+  colours.setColor(QPalette::WindowText, ink);
+  label->setPalette(colours);
+  label->setAutoFillBackground(true);
+  return label;
 }
 
-QLabel* MakeLabel(QWidget* parent, const char* name, const QColor& colour) {
-  auto* label = new QLabel(parent);
-  label->setObjectName(name);
-  label->setStyleSheet(QString("color: %1; font-family: 'Liberation Sans'; font-size: 12px;").arg(colour.name()));
-  label->setAttribute(Qt::WA_TransparentForMouseEvents);
-  return label;
+QRect MiddleOf(const QRect& screen, const ScreenLayout& layout) {
+  return {screen.x() + (screen.width() - layout.width) / 2, screen.y() + (screen.height() - layout.height) / 2,
+          layout.width, layout.height};
 }
 
 }  // namespace
 
-frmTXM::frmTXM(Dialogs& dialogs)
-    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint),
-      dialogs_(dialogs),
-      canvas_([this](const QRect& changed) {
-        ownUpdates_ += changed;
-        update(changed);
-      }),
-      layout_(&LayoutFor(0)) {
+frmTXM::frmTXM()
+    : screen_(new WeighScreen(this)),
+      tray_({[this] { RestoreByMenu(*engine_, *this); }, [this] { RestoreByDoubleClick(*engine_, *this); }}) {
   setObjectName("frmTXM");
-  setWindowTitle("Tarvex Manager");
+  setWindowTitle("Tarvex");
   setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
-  setAttribute(Qt::WA_OpaquePaintEvent);
-  setMouseTracking(true);
-  setFocusPolicy(Qt::StrongFocus);
-  lRevision_ = MakeLabel(this, "lRevision", Palette::Quiet);
-  lDebugMode_ = MakeLabel(this, "lDebugMode", Palette::Warning);
-  lDebugMode_->setText("Debug Mode");
-  lDebugMode_->hide();
-  lfx_ = MakeLabel(this, "lfx", Palette::Quiet);
-  lfy_ = MakeLabel(this, "lfy", Palette::Quiet);
+  setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+  setAttribute(Qt::WA_QuitOnClose, false);
   MakeButtons();
-  dialogs_.OnOpen([this](bool) { EnableButtons(); });
-  tray_.OnRestoreByMenu([this] { RestoreByMenu(*engine_, *this); });
-  tray_.OnDoubleClick([this] { RestoreByDoubleClick(*engine_, *this); });
+  MakeLabels();
+  noticeTime_.setSingleShot(true);
+  connect(&noticeTime_, &QTimer::timeout, this, [this] { notice_->clear(); });
+  connect(&trayWatch_, &QTimer::timeout, this, [this] { KeepReachable(); });
 }
 
 frmTXM::~frmTXM() = default;
 
-void frmTXM::Use(Engine& engine) {
+void frmTXM::Use(Engine& engine, Dialogs& dialogs) {
   engine_ = &engine;
-  cells_ = std::make_unique<CGDI>(engine.tables, canvas_, engine.log, engine.notice, engine.system);
+  dialogs_ = &dialogs;
+  gdi_.emplace(engine.tables, screen_->Surface(), engine.log, engine.notice, engine.system);
+  screen_->OnPainted([this] {
+    engine_->tables.ScreenPainted = True;
+    ForceRepaint(engine_->tables);
+  });
+  dialogs.OnOpen([this](bool open) { TakeDialog(open); });
 }
 
 void frmTXM::MakeButtons() {
-  for (const PanelButton button : kTabOrder) {
+  const auto make = [this](PanelButton button, int row, const QString& name) {
     const PanelControl& control = ControlOf(button);
-    const int count = HasRows(button) ? kChannels : 1;
-    for (int row = 0; row < count; ++row) {
-      auto* made = new QPushButton(QString::fromLatin1(control.caption.data()), this);
-      made->setObjectName(QString::fromLatin1(control.name.data()) +
-                          (count > 1 ? QString("(%1)").arg(row) : QString()));
-      made->setToolTip(QString::fromLatin1(control.toolTip.data(), static_cast<qsizetype>(control.toolTip.size())));
-      connect(made, &QPushButton::clicked, this, [this, button, row] { Press(button, row); });
-      buttons_[static_cast<std::size_t>(button)].push_back(made);
-    }
-  }
-  // Row by row: a row's detail, then its setup.
-  for (int row = 0; row < kChannels; ++row) {
-    setTabOrder(row == 0 ? &Button(PanelButton::Help, 0) : &Button(PanelButton::Setup, row - 1),
-                &Button(PanelButton::Detail, row));
-    setTabOrder(&Button(PanelButton::Detail, row), &Button(PanelButton::Setup, row));
+    const FlatButton::Look look = IsCorner(button) ? FlatButton::Look::Corner : FlatButton::Look::Row;
+    auto* const made = new FlatButton(this, look, name, QtText(control.caption));
+    made->setToolTip(QtText(control.toolTip));
+    connect(made, &FlatButton::clicked, this, [this, button, row] { Press(button, row); });
+    return made;
+  };
+  for (std::size_t i = 0; i < kSingleButtons; ++i) single_[i] = make(kSingle[i], 0, QtText(ControlOf(kSingle[i]).name));
+  for (std::size_t row = 0; row < kChannels; ++row) {
+    const QString index = QString("(%1)").arg(row);
+    cmdDetail_[row] = make(PanelButton::Detail, static_cast<int>(row), "cmdDetail" + index);
+    cmdSetup_[row] = make(PanelButton::Setup, static_cast<int>(row), "cmdSetup" + index);
   }
 }
 
-QPushButton& frmTXM::Button(PanelButton button, int row) {
-  return *buttons_[static_cast<std::size_t>(button)][static_cast<std::size_t>(row)];
+void frmTXM::MakeLabels() {
+  lRevision_ = MakeLabel(this, "lRevision", Palette::Quiet, Qt::AlignLeft);
+  lDebugMode_ = MakeLabel(this, "lDebugMode", Palette::Warning, Qt::AlignLeft);
+  lDebugMode_->setText("Debug Mode");
+  lDebugMode_->hide();
+  notice_ = MakeLabel(this, "lNotice", Palette::Heading, Qt::AlignLeft);
+  lfx_ = MakeLabel(this, "lfx", Palette::Quiet, Qt::AlignRight);
+  lfy_ = MakeLabel(this, "lfy", Palette::Quiet, Qt::AlignRight);
+  screen_->OnMouseMoved([this](QPoint place) {
+    lfx_->setText(QString::number(place.x()));
+    lfy_->setText(QString::number(place.y()));
+  });
+}
+
+FlatButton* frmTXM::ButtonOf(PanelButton button, int row) const {
+  if (button == PanelButton::Detail) return cmdDetail_[static_cast<std::size_t>(row)];
+  if (button == PanelButton::Setup) return cmdSetup_[static_cast<std::size_t>(row)];
+  const auto place = std::find(std::begin(kSingle), std::end(kSingle), button) - std::begin(kSingle);
+  return single_[static_cast<std::size_t>(place)];
+}
+
+template <typename Action>
+void frmTXM::ForEachButton(const Action& action) const {
+  for (PanelButton button : kSingle) action(button, 0);
+  for (int row = 0; row < kChannels; ++row) {
+    action(PanelButton::Detail, row);
+    action(PanelButton::Setup, row);
+  }
+}
+
+void frmTXM::Press(PanelButton button, int row) {
+  switch (button) {
+    case PanelButton::PutInTray:
+      return PutInTray();
+    case PanelButton::End:
+      return CloseTXMWindow(*engine_);
+    case PanelButton::Refresh:
+      return dialogs_->cmdRefresh(this);
+    case PanelButton::Detail:
+      return dialogs_->cmdDetail(row, this);
+    case PanelButton::Setup:
+      return Tell(QString("There is no setup screen yet: edit Tarvex-SCALE%1.Cfg, then close with X and continue.")
+                      .arg(row + 1));
+    case PanelButton::Help:
+      return;
+  }
 }
 
 void frmTXM::Show() {
@@ -117,161 +153,154 @@ void frmTXM::Show() {
   }
   ShowWindow();
   ActivateMainForm(*engine_);
-  EnableButtons();
+  BusyPointer(false);
 }
 
 void frmTXM::Hide() {
-  engine_->tables.ScreenPainted = False;
+  engine_->tables.ScreenPainted = False;  // until it is shown and painted again
+  hide();
+}
+
+void frmTXM::Unload() {
+  if (!loaded_) return;
+  loaded_ = false;
+  Unload_Tarvex_MainForm(*engine_);
+  trayWatch_.stop();
   tray_.Remove();
   hide();
 }
 
-/// Draws the picture and makes the cells on it. The window is shown only behind this, so that no cell can be drawn
-/// on an empty surface.
 void frmTXM::ApplyLayout(int screenWidth) {
   layout_ = &LayoutFor(screenWidth);
   setFixedSize(layout_->width, layout_->height);
-  const QRect display = QGuiApplication::primaryScreen()->geometry();
-  move(display.x() + (display.width() - width()) / 2, display.y() + (display.height() - height()) / 2);
-  PlaceControls();
-  DrawPicture();
+  screen_->SetLayout(*layout_);
+  move(MiddleOf(QGuiApplication::primaryScreen()->geometry(), *layout_).topLeft());
+  ForEachButton([this](PanelButton button, int row) {
+    const CellPlace place = ButtonPlace(*layout_, button, row);
+    ButtonOf(button, row)->setGeometry(place.x, place.y, place.width, place.height);
+  });
+  PlaceLabels();
+  show();
+  connect(windowHandle(), &QWindow::screenChanged, this, [this] { RedrawForScale(); });
+  EnableButtons();
+  RedrawForScale();
+  gdi_->SetUp();
 }
 
-void frmTXM::DrawPicture() {
-  if (cells_) cells_->Release();
-  canvas_.SetPicture(DrawBackground(*layout_, devicePixelRatioF()), devicePixelRatioF());
-  if (cells_) cells_->SetUp();
-}
-
-void frmTXM::PlaceControls() {
-  const int letters = layout_->width == 800 ? 9 : 12;
-  for (const PanelButton button : kTabOrder) {
-    const auto& made = buttons_[static_cast<std::size_t>(button)];
-    for (std::size_t row = 0; row < made.size(); ++row) {
-      made[row]->setGeometry(RectOf(ButtonPlace(*layout_, button, static_cast<int>(row))));
-      made[row]->setStyleSheet(ButtonStyle(HasRows(button) ? letters : letters + 2));
-    }
+void frmTXM::PlaceLabels() {
+  const bool large = layout_->width > 800;
+  const int height = large ? 20 : 16;
+  const int left = layout_->columns[Item::Rx].x - 8;
+  const int right = layout_->width - left;
+  const int top = layout_->height - (layout_->height - PlaceOf(*layout_, kChannels - 1, Item::Rx).y) / 2 - 2;
+  QFont font("Liberation Sans");
+  font.setPixelSize(large ? 13 : 11);
+  int x = left;
+  for (auto [label, width] : {std::pair{lRevision_, 90}, {lDebugMode_, 90}, {notice_, 600}}) {
+    label->setFont(font);
+    label->setGeometry(x, top, large ? width : width * 5 / 6, height);
+    x += label->width();
   }
-  const int foot = layout_->height - 18;
-  lRevision_->setGeometry(layout_->width - 110, foot, 100, 16);
-  lRevision_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  lDebugMode_->setGeometry(layout_->width / 2 - 50, foot, 100, 16);
-  lDebugMode_->setAlignment(Qt::AlignCenter);
-  lfx_->setGeometry(10, foot, 36, 16);
-  lfy_->setGeometry(48, foot, 36, 16);
+  x = right;
+  for (QLabel* label : {lfy_, lfx_}) {
+    label->setFont(font);
+    label->setGeometry(x -= 36, top, 36, height);
+  }
+}
+
+void frmTXM::RedrawForScale() {
+  if (screen_->Surface().Scale() == devicePixelRatioF()) return;
+  gdi_->Release();
+  screen_->SetLayout(*layout_);
+  gdi_->SetUp();
+  screen_->update();
+}
+
+void frmTXM::EnableButtons() {
+  ForEachButton([this](PanelButton button, int row) {
+    ButtonOf(button, row)->setEnabled(ButtonEnabled(engine_->tables, dialogOpen_, button, row));
+  });
+}
+
+void frmTXM::TakeDialog(bool open) {
+  if (open) focusBeforeDialog_ = focusWidget();
+  dialogOpen_ = open;
+  EnableButtons();
+  if (!open && focusBeforeDialog_ != nullptr) focusBeforeDialog_->setFocus();
 }
 
 void frmTXM::SetRevision(std::string_view text) { lRevision_->setText(ToText(text)); }
 
 void frmTXM::ShowDebugLabel(bool visible) { lDebugMode_->setVisible(visible); }
 
-void frmTXM::EnablePutInTray(bool enabled) { Button(PanelButton::PutInTray, 0).setEnabled(enabled); }
+void frmTXM::EnablePutInTray(bool enabled) { ButtonOf(PanelButton::PutInTray, 0)->setEnabled(enabled); }
 
 void frmTXM::BusyPointer(bool busy) { busy ? setCursor(Qt::WaitCursor) : unsetCursor(); }
 
+void frmTXM::Tell(const QString& notice) {
+  notice_->setText(notice);
+  noticeTime_.start(kNoticeMs);
+}
+
 void frmTXM::PutInTray() { ::PutInTray(*engine_, *this); }
 
-void frmTXM::SetTrayPicture(TrayPicture picture) { tray_.SetPicture(picture); }
-
-void frmTXM::DrawItem(int ch, int item) {
-  if (cells_) cells_->DrawItem(ch, item);
+void frmTXM::AddIcon() {
+  tray_.SetPicture(TrayPicture::iIdle);
+  tray_.Show();
+  if (TrayIcon::AreaIsThere() || toldOfMissingTray_) return;
+  toldOfMissingTray_ = true;
+  const QString notice = "This desktop has no notification area: the window was made small instead.";
+  notice_->setText(notice);
+  ReportFault(*engine_, [&] { engine_->log.WriteLog(LogType::Activity, ToBytes(notice)); });
 }
 
-void frmTXM::ReleaseDrawing() {
-  if (cells_) cells_->Release();
+void frmTXM::RemoveIcon() {
+  trayWatch_.stop();
+  tray_.Remove();
 }
 
-/// A paint that the copies of cells have asked for shows them. Any other one means that the window was uncovered:
-/// every row is drawn anew.
-void frmTXM::paintEvent(QPaintEvent* event) {
-  const bool uncovered = !(event->region() - ownUpdates_).isEmpty();
-  ownUpdates_ -= event->region();
-  QPainter painter(this);
-  painter.drawImage(QPoint(0, 0), canvas_.WindowImage());
-  if (!uncovered || engine_ == nullptr) return;
-  engine_->tables.ScreenPainted = True;
-  ForceRepaint(engine_->tables);
+void frmTXM::Animate(bool toTray) {
+  if (!TrayIcon::AreaIsThere()) return;
+  const QRect window = geometry();
+  toTray ? AnimateOutline(window, tray_.Place()) : AnimateOutline(tray_.Place(), window);
 }
 
-void frmTXM::EnableButtons() {
-  for (const PanelButton button : kTabOrder) {
-    const auto& made = buttons_[static_cast<std::size_t>(button)];
-    for (std::size_t row = 0; row < made.size(); ++row) {
-      made[row]->setEnabled(ButtonEnabled(engine_->tables, dialogs_.IsOpen(), button, static_cast<int>(row)));
-    }
-  }
+void frmTXM::HideWindow() {
+  if (!TrayIcon::AreaIsThere()) return showMinimized();
+  hide();
+  trayWatch_.start(kTrayWatchMs);
 }
 
-void frmTXM::Press(PanelButton button, int row) {
-  if (!Button(button, row).isEnabled()) return;
-  switch (button) {
-    case PanelButton::PutInTray:
-      return PutInTray();
-    case PanelButton::End:
-      return CloseTXMWindow(*engine_);
-    case PanelButton::Refresh:
-      return dialogs_.cmdRefresh(this);
-    case PanelButton::Help:
-      return;
-    case PanelButton::Detail:
-      return dialogs_.cmdDetail(row, this);
-    case PanelButton::Setup:
-      return TellOfMissingSetup(row);
-  }
+void frmTXM::ShowWindow() {
+  showNormal();
+  raise();
+  activateWindow();
 }
 
-/// There is no setup screen yet; the channel's file is what a person changes until then.
-void frmTXM::TellOfMissingSetup(int row) {
-  const QPushButton& button = Button(PanelButton::Setup, row);
-  QToolTip::showText(
-      button.mapToGlobal(QPoint(0, button.height())),
-      QString("There is no setup screen yet. Edit Tarvex-SCALE%1.Cfg in\n%2\nand start the system again.")
-          .arg(row + 1)
-          .arg(ToText(engine_->tables.ProgramFolder)));
+/// A notification area that went away took the only way back to the window with it.
+void frmTXM::KeepReachable() {
+  if (isVisible() || TrayIcon::AreaIsThere()) return;
+  trayWatch_.stop();
+  showMinimized();
+}
+
+void frmTXM::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  const bool stateChanged = event->type() == QEvent::WindowStateChange;
+  if (!stateChanged || engine_ == nullptr || isMinimized()) return;
+  // A window that was made small for want of a notification area comes back through the window manager.
+  if (engine_->tables.Minimized == True && isVisible()) RestoreByMenu(*engine_, *this);
 }
 
 void frmTXM::keyPressEvent(QKeyEvent* event) {
   const Qt::KeyboardModifiers held = event->modifiers();
   const auto button = ButtonForKey(event->key(), {held.testFlag(Qt::ShiftModifier), held.testFlag(Qt::ControlModifier),
                                                   held.testFlag(Qt::AltModifier)});
-  if (button) return Press(*button, 0);
-  if (!PressFocusedButton(*this, *event)) QWidget::keyPressEvent(event);
+  if (!button) return QWidget::keyPressEvent(event);
+  ButtonOf(*button, 0)->click();
 }
 
-void frmTXM::mouseMoveEvent(QMouseEvent* event) {
-  lfx_->setText(QString::number(event->position().toPoint().x()));
-  lfy_->setText(QString::number(event->position().toPoint().y()));
-}
-
-/// A desktop without a notification area makes the window small; making it large again is the way back.
-void frmTXM::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() != QEvent::WindowStateChange || engine_ == nullptr) return;
-  if (!isMinimized() && !tray_.Shown() && engine_->tables.Minimized == True) RestoreByMenu(*engine_, *this);
-}
-
-/// Closing the window by the desktop's means is `cmdEnd`, unless a dialog holds the buttons.
 void frmTXM::closeEvent(QCloseEvent* event) {
   event->ignore();
-  Press(PanelButton::End, 0);
-}
-
-void frmTXM::AddIcon() {
-  if (TrayIcon::Available()) return tray_.Show();
-  if (toldOfMissingTray_) return;
-  toldOfMissingTray_ = true;
-  engine_->log.WriteLog(LogType::Activity, "This Desktop Has No Notification Area, The Window Is Minimized Instead");
-}
-
-void frmTXM::RemoveIcon() { tray_.Remove(); }
-
-/// Desktops animate windows themselves.
-void frmTXM::Animate(bool) {}
-
-void frmTXM::HideWindow() { tray_.Shown() ? hide() : showMinimized(); }
-
-void frmTXM::ShowWindow() {
-  showNormal();
-  raise();
-  activateWindow();
+  ButtonOf(PanelButton::End, 0)->click();
 }

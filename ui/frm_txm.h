@@ -1,35 +1,33 @@
 #pragma once
 
-#include <QLabel>
-#include <QPushButton>
-#include <QRegion>
+#include <QTimer>
 #include <QWidget>
 #include <array>
-#include <memory>
-#include <vector>
+#include <optional>
 
 #include "core/forms.h"
+#include "core/tables.h"
 #include "core/tray.h"
 #include "diagnostics/cgdi.h"
 #include "diagnostics/panel.h"
-#include "ui/qt_canvas.h"
 #include "ui/tray_icon.h"
 
 class Dialogs;
+class FlatButton;
+class QLabel;
+class WeighScreen;
 struct Engine;
 
-/// The main window: a frameless panel with one row a channel, drawn cell by cell over a picture, and its buttons.
-/// It decides nothing: buttons and keys call the rooms, and the rooms draw through it.
+/// The main window: the weigh screen with its buttons, on the desktop or behind its icon in the notification area.
 class frmTXM : public QWidget, public MainForm, private TrayArea {
-  Q_OBJECT
-
  public:
-  explicit frmTXM(Dialogs& dialogs);
+  frmTXM();
   ~frmTXM() override;
 
-  /// The running system and what draws its cells; must come before the window is shown, and outlive it.
-  void Use(Engine& engine);
-  QtCanvas& Surface() { return canvas_; }
+  /// The running system and the small windows; must come before the form is shown, and outlive it.
+  void Use(Engine& engine, Dialogs& dialogs);
+  /// Unload event, if the form was ever loaded.
+  void Unload();
 
   void Show() override;
   void Hide() override;
@@ -39,25 +37,17 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void EnablePutInTray(bool enabled) override;
   void BusyPointer(bool busy) override;
   void PutInTray() override;
-  void SetTrayPicture(TrayPicture picture) override;
-  void DrawItem(int ch, int item) override;
-  void ReleaseDrawing() override;
+  void SetTrayPicture(TrayPicture picture) override { tray_.SetPicture(picture); }
+  void DrawItem(int ch, int item) override { gdi_->DrawItem(ch, item); }
+  void ReleaseDrawing() override { gdi_->Release(); }
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void mouseMoveEvent(QMouseEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void MakeButtons();
-  void PlaceControls();
-  void DrawPicture();
-  void EnableButtons();
-  void Press(PanelButton button, int row);
-  void TellOfMissingSetup(int row);
-  QPushButton& Button(PanelButton button, int row);
+  static constexpr int kSingleButtons = 4;
 
   void AddIcon() override;
   void RemoveIcon() override;
@@ -65,18 +55,33 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void HideWindow() override;
   void ShowWindow() override;
 
-  Dialogs& dialogs_;
+  void MakeButtons();
+  void MakeLabels();
+  FlatButton* ButtonOf(PanelButton button, int row) const;
+  template <typename Action>
+  void ForEachButton(const Action& action) const;
+  void Press(PanelButton button, int row);
+  void TakeDialog(bool open);
+  void EnableButtons();
+  void PlaceLabels();
+  void RedrawForScale();
+  void KeepReachable();
+  void Tell(const QString& notice);
+
   Engine* engine_ = nullptr;
-  QtCanvas canvas_;
-  std::unique_ptr<CGDI> cells_;
-  TrayIcon tray_;
-  const ScreenLayout* layout_;
-  QRegion ownUpdates_;  ///< parts that copies of cells have changed and that are not painted yet
-  std::array<std::vector<QPushButton*>, kPanelButtons> buttons_;
-  QLabel* lRevision_;
-  QLabel* lDebugMode_;
-  QLabel* lfx_;
-  QLabel* lfy_;
+  Dialogs* dialogs_ = nullptr;
+  std::optional<CGDI> gdi_;
+  const ScreenLayout* layout_ = nullptr;
   bool loaded_ = false;
+  bool dialogOpen_ = false;
   bool toldOfMissingTray_ = false;
+
+  WeighScreen* screen_;
+  std::array<FlatButton*, kSingleButtons> single_{};
+  std::array<FlatButton*, kChannels> cmdDetail_{}, cmdSetup_{};
+  QLabel *lRevision_, *lDebugMode_, *lfx_, *lfy_, *notice_;
+  QWidget* focusBeforeDialog_ = nullptr;
+  TrayIcon tray_;
+  QTimer noticeTime_;
+  QTimer trayWatch_;  ///< runs while the window is hidden behind the icon
 };

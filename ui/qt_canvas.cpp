@@ -14,7 +14,9 @@ constexpr DrawingHandle kWindow = 1;
 constexpr DrawingHandle kFirstStock = 2;  // what a new context holds of each kind: nothing to draw with
 constexpr DrawingHandle kFirstOwn = 100;
 
-constexpr qsizetype kLongestText = 400;  // characters; far more than the widest cell shows
+constexpr double kSizeOfHeight = 13.0 / 16;  // the capitals of the large layout just fill their cells
+constexpr double kWidthOfHeight = 0.395;     // the average character of a line of Arial, in parts of its height
+constexpr qsizetype kLongestText = 400;      // characters; far more than the widest cell shows
 
 QColor ToColour(Colour colour) { return {colour.red, colour.green, colour.blue}; }
 
@@ -69,13 +71,12 @@ DrawingHandle QtCanvas::CreatePen(Colour colour) { return Keep(Pen{colour}); }
 DrawingHandle QtCanvas::CreateBrush(Colour colour) { return Keep(Brush{colour}); }
 
 DrawingHandle QtCanvas::CreateFont(const FontShape& shape) {
-  constexpr double kLineToSize = 1.117;  // the family's ascent and descent, in parts of its size
-  QFont font("Liberation Sans");
-  font.setPixelSize(static_cast<int>(std::lround(shape.height / kLineToSize)));
+  QFont font("Liberation Sans");  // has the metrics of Arial
+  font.setPixelSize(static_cast<int>(std::lround(shape.height * kSizeOfHeight)));
   font.setWeight(QFont::Weight(shape.weight));
-  const int natural = QFontMetrics(font).averageCharWidth();
-  if (natural > 0) font.setStretch(100 * shape.width / natural);
-  return Keep(LineFont{font, QFontMetrics(font).ascent()});
+  font.setStretch(static_cast<int>(std::lround(100 * shape.width / (kWidthOfHeight * shape.height))));
+  const QFontMetricsF metrics(font);
+  return Keep(LineFont{font, std::round(metrics.ascent()), std::floor(metrics.descent())});
 }
 
 QtCanvas::Context* QtCanvas::Find(DrawingHandle context) {
@@ -152,7 +153,8 @@ void QtCanvas::Ellipse(DrawingHandle context, int left, int top, int right, int 
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);  // the pen has the brush's colour, and the ellipse reaches to the outer edge of both
   painter.setBrush(ToColour(brush->colour));
-  painter.drawEllipse(QRectF(left, top, right - left, bottom - top));
+  const QRectF surface(QPointF(0, 0), QSizeF(image->size()) / scale_);  // a lamp is whole, never cut by its cell
+  painter.drawEllipse(QRectF(left, top, right - left, bottom - top) & surface);
 }
 
 void QtCanvas::SetTransparentBackground(DrawingHandle) {}  // texts never have another
@@ -174,12 +176,18 @@ void QtCanvas::TextOut(DrawingHandle context, int x, int y, std::string_view tex
   painter.scale(scale_, scale_);
   painter.setFont(font->font);
   painter.setPen(ToColour(held->textColour));
-  painter.translate(x, y + font->baseline);
-  if (held->align == TextAlign::Right) {
+  // Whatever the layout says, the line stays inside its cell, descenders and last digit too.
+  const QSizeF cell = QSizeF(image->size()) / scale_;
+  const double right = std::min<double>(x, cell.width());
+  const double baseline = std::min(y + font->ascent, std::floor(cell.height()) - font->descent);
+  if (held->align == TextAlign::Left) {
+    painter.translate(x, baseline);
+  } else {
     line = line.trimmed();
-    const qreal width = QFontMetricsF(font->font).horizontalAdvance(line);
+    const double width = QFontMetricsF(font->font).horizontalAdvance(line);
+    painter.translate(right, baseline);
     // A number that is cut would be another number: one too long for its cell is drawn narrower.
-    if (width > x) painter.scale(x / width, 1);
+    if (width > right) painter.scale(right / width, 1);
     painter.translate(-width, 0);
   }
   painter.drawText(QPointF(0, 0), line);

@@ -50,7 +50,7 @@ class QtCanvas : public Canvas {
   };
   struct LineFont {
     QFont font;
-    int baseline;  ///< below the upper edge of the line
+    double ascent, descent;  ///< pixels of the layout above and below the baseline
   };
   using Object = std::variant<QImage, Pen, Brush, LineFont>;  // the index tells its kind
   static constexpr std::size_t kKinds = std::variant_size_v<Object>;

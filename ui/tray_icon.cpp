@@ -1,21 +1,37 @@
 #include "ui/tray_icon.h"
 
+#include <QAction>
+#include <QGuiApplication>
+#include <QPropertyAnimation>
+#include <QRubberBand>
+#include <QScreen>
+
 #include "ui/logo.h"
 
-TrayIcon::TrayIcon() {
-  QAction* restore = menu_.addAction("&Restore");
-  restore->setObjectName("mnuRestore");
-  menu_.addSeparator()->setObjectName("mnuSpacer");
-  menu_.addAction("&Cancel")->setObjectName("mnuCancel");
-  QObject::connect(restore, &QAction::triggered, &icon_, [this] {
-    if (restoreByMenu_) restoreByMenu_();
-  });
+namespace {
+
+constexpr TrayPicture kPictures[] = {TrayPicture::iIdle, TrayPicture::iRcv, TrayPicture::iXmit, TrayPicture::iRcvXmit};
+constexpr int kAnimationMs = 200;
+
+}  // namespace
+
+TrayIcon::TrayIcon(Handlers handlers) {
+  for (TrayPicture picture : kPictures) pictures_[static_cast<int>(picture)] = TrayIconPicture(picture);
+  icon_.setIcon(pictures_[static_cast<int>(shown_)]);
   icon_.setToolTip(" Orvane Tarvex");
-  icon_.setContextMenu(&menu_);
-  icon_.setIcon(TrayIconPicture(picture_));
-  QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_, [this](QSystemTrayIcon::ActivationReason reason) {
-    if (reason == QSystemTrayIcon::DoubleClick && doubleClick_) doubleClick_();
-  });
+
+  mnuPopUp_.setObjectName("mnuPopUp");
+  QAction* const restore = mnuPopUp_.addAction("&Restore");
+  restore->setObjectName("mnuRestore");
+  mnuPopUp_.addSeparator()->setObjectName("mnuSpacer");
+  mnuPopUp_.addAction("&Cancel")->setObjectName("mnuCancel");
+  icon_.setContextMenu(&mnuPopUp_);
+
+  connect(restore, &QAction::triggered, this, [run = std::move(handlers.menuRestore)] { run(); });
+  connect(&icon_, &QSystemTrayIcon::activated, this,
+          [run = std::move(handlers.doubleClick)](QSystemTrayIcon::ActivationReason reason) {
+            if (reason == QSystemTrayIcon::DoubleClick) run();
+          });
 }
 
 void TrayIcon::Show() { icon_.show(); }
@@ -23,7 +39,27 @@ void TrayIcon::Show() { icon_.show(); }
 void TrayIcon::Remove() { icon_.hide(); }
 
 void TrayIcon::SetPicture(TrayPicture picture) {
-  if (!icon_.isVisible() || picture == picture_) return;
-  picture_ = picture;
-  icon_.setIcon(TrayIconPicture(picture));
+  if (picture == shown_) return;
+  shown_ = picture;
+  icon_.setIcon(pictures_[static_cast<int>(picture)]);
+}
+
+QRect TrayIcon::Place() const {
+  const QRect place = icon_.geometry();
+  if (!place.isEmpty()) return place;
+  const QRect screen = QGuiApplication::primaryScreen()->geometry();
+  constexpr int kSize = 24;
+  return {screen.bottomRight() - QPoint(kSize, kSize), QSize(kSize, kSize)};
+}
+
+void AnimateOutline(const QRect& from, const QRect& to) {
+  auto* const outline = new QRubberBand(QRubberBand::Rectangle);
+  auto* const run = new QPropertyAnimation(outline, "geometry", outline);
+  run->setDuration(kAnimationMs);
+  run->setStartValue(from);
+  run->setEndValue(to);
+  QObject::connect(run, &QPropertyAnimation::finished, outline, &QObject::deleteLater);
+  outline->setGeometry(from);
+  outline->show();
+  run->start();
 }

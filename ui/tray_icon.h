@@ -1,31 +1,38 @@
 #pragma once
 
+#include <QIcon>
 #include <QMenu>
+#include <QObject>
+#include <QRect>
 #include <QSystemTrayIcon>
 #include <functional>
 
 #include "core/forms.h"
 
-/// The icon in the notification area with its popup menu `mnuPopUp`.
-class TrayIcon {
+/// The icon in the notification area with its menu `mnuPopUp`.
+class TrayIcon : public QObject {
  public:
-  TrayIcon();
+  struct Handlers {
+    std::function<void()> menuRestore;
+    std::function<void()> doubleClick;
+  };
 
-  /// False on a desktop without a notification area.
-  static bool Available() { return QSystemTrayIcon::isSystemTrayAvailable(); }
-  void OnRestoreByMenu(std::function<void()> handler) { restoreByMenu_ = std::move(handler); }
-  void OnDoubleClick(std::function<void()> handler) { doubleClick_ = std::move(handler); }
+  explicit TrayIcon(Handlers handlers);
 
+  /// Whether the desktop has a notification area now.
+  static bool AreaIsThere() { return QSystemTrayIcon::isSystemTrayAvailable(); }
   void Show();
   void Remove();
-  bool Shown() const { return icon_.isVisible(); }
-  /// Changes the picture while the icon is shown.
   void SetPicture(TrayPicture picture);
+  /// Where the icon is, or the corner where it would be.
+  QRect Place() const;
 
  private:
-  QMenu menu_;
   QSystemTrayIcon icon_;
-  std::function<void()> restoreByMenu_;
-  std::function<void()> doubleClick_;
-  TrayPicture picture_ = TrayPicture::iIdle;
+  QMenu mnuPopUp_;
+  QIcon pictures_[4];
+  TrayPicture shown_ = TrayPicture::iIdle;
 };
+
+/// An outline that runs from one rectangle to the other in a fifth of a second; the caller goes on at once.
+void AnimateOutline(const QRect& from, const QRect& to);
