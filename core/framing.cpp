@@ -33,6 +33,7 @@ bool CutStream(Tables& tables, int ch) {
   AppendKeepingTail(buffer, tables.ChanRxChunk[ch], most);
 
   if (tables.ProtoTerminator[proto] == 0) tables.ProtoTerminator[proto] = kDefaultTerminator;
+  if (tables.ProtoTerminator[proto] < 0 || tables.ProtoTerminator[proto] > 255) return false;  // is no character
   const char terminator = static_cast<char>(tables.ProtoTerminator[proto]);
   const std::size_t first = buffer.find(terminator);
   if (first == std::string::npos) return false;

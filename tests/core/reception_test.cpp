@@ -44,6 +44,16 @@ TEST(ReceptionTest, AnUnsetStreamLengthAndTerminatorAreWrittenBackAtTheFirstUse)
   EXPECT_EQ(plant.tables.ChanRxBuffer[0], std::string(48, 'x'));
 }
 
+TEST(ReceptionTest, ATerminatorThatIsNoCharacterEndsNoStream) {
+  for (int code : {269, -243, 1310}) {  // 269 and -243 are a CR as far as the lowest eight bits go
+    ScalePlant plant;
+    plant.tables.ProtoTerminator[kProto] = code;
+    plant.Tick(0, " 123456\r\x1E");
+    EXPECT_EQ(plant.tables.ChanGross[0], "") << code;
+    EXPECT_EQ(plant.tables.ChanStatusText[0], "");
+  }
+}
+
 TEST(ReceptionTest, AFaultInAStreamLeavesNothingOfItToTheNext) {
   ScalePlant plant;
   plant.tables.ChanAsciiLog[0] = True;

@@ -97,7 +97,9 @@ TEST(InjuriesTest, GarbageInFrontIsPushedOut) {
       line.Receive(garbage + line.Whole());
       line.ExpectRecovery("garbage round " + std::to_string(round));
     }
-    line.Receive(std::string(10'000'000, '\r'));
+    std::string burst;
+    burst.resize(10'000'000, '\r');
+    line.Receive(burst);
     line.ExpectRecovery("ten megabytes of terminators");
   }
 }
