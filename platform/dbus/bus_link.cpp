@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstring>
@@ -87,8 +88,9 @@ int BusLink::Open() {
 void BusLink::Lose(int error) {
   Close();
   retry_.start(kRetry);
-  Enter(State::NoBus, std::string("No session bus (") + std::strerror(-error) +
-                          "): other programs cannot reach the system until there is one");
+  const char* reason = error == -ENOMEDIUM ? "the environment names none" : std::strerror(-error);
+  Enter(State::NoBus,
+        std::string("No session bus (") + reason + "): other programs cannot reach the system until there is one");
 }
 
 void BusLink::Process() {
