@@ -30,13 +30,14 @@ void OnWindowThread(Action action) {
 
 }  // namespace
 
-Desktop::Desktop(const std::string& programFolder)
+Desktop::Desktop(const std::string& programFolder, bool summary)
     : system_(programFolder, SizeOfDisplay()),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       speech_([this](const std::string& why) { OnWindowThread([this, why] { Tell(why); }); }),
       notice_(boxes_, speech_),
       manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
-      bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }) {
+      bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }),
+      printSummary_(summary) {
   Engine& engine = manager_.Parts();
   dialogs_.Use(engine);
   startupForm_.Use(engine, [this] { End(); });
@@ -47,6 +48,7 @@ int Desktop::Run(std::string_view commandLine) {
   Engine& engine = manager_.Parts();
   if (!Main(engine, commandLine)) return 1;
   const Termination termination([this, &engine] {
+    if (printSummary_) std::cout << summary_.Text(engine.tables) << std::endl;
     CloseTXMWindow(engine);
     TaskCtrl(engine, kEndTask);
   });

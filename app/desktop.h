@@ -5,6 +5,7 @@
 
 #include "app/desktop_notice.h"
 #include "app/manager.h"
+#include "app/run_summary.h"
 #include "config/port_addresses.h"
 #include "platform/absent/opc.h"
 #include "platform/dbus/bus_adapter.h"
@@ -19,7 +20,8 @@
 /// The operator's desktop program, put together with its windows and its real outside. Needs a `QApplication`.
 class Desktop {
  public:
-  explicit Desktop(const std::string& programFolder);
+  /// `summary`: a line on standard output at the end.
+  Desktop(const std::string& programFolder, bool summary);
 
   /// Runs the system until the operator or a signal ends it; returns the exit status, 1 if the start was refused.
   int Run(std::string_view commandLine);
@@ -43,4 +45,6 @@ class Desktop {
   frmTXM mainForm_;
   Manager manager_;
   BusAdapter bus_;
+  RunSummary summary_;
+  bool printSummary_;
 };

@@ -25,7 +25,9 @@ constexpr const char* kHelp =
     "  --help, --version\n"
     "\n"
     "Environment:\n"
-    "  TARVEX_HOME  folder of the .Cfg and log files; otherwise $XDG_DATA_HOME/tarvex\n";
+    "  TARVEX_HOME       folder of the .Cfg and log files; otherwise $XDG_DATA_HOME/tarvex\n"
+    "  TARVEX_SUMMARY=1  print what was read and used when a signal ends the program\n"
+    "  TARVEX_SUMMARY=1  print what was read and used when a signal ends the program\n";
 
 std::string CommandLine(int argc, char** argv) {
   std::string line;
@@ -42,7 +44,7 @@ int Run(int argc, char** argv) {
 
   const std::string folder = ProgramFolder();
   PrepareProgramFolder(folder, ShippedFormats());
-  return Desktop(folder).Run(words);
+  return Desktop(folder, qgetenv("TARVEX_SUMMARY") == "1").Run(words);
 }
 
 }  // namespace
