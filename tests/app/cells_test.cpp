@@ -26,68 +26,45 @@ TEST_F(CellsTest, ALampIsALetterWhileItIsOnSoThatNobodyNeedsColours) {
 }
 
 TEST_F(CellsTest, ATareIsBlankWhenItsNumberIsZero) {
-  struct TareCase {
-    const char* tare;
+  for (const auto& [tare, shown] :
+       {std::pair{"0.00", ""}, {"abc", ""}, {"", ""}, {"   -0.0", ""}, {"0.05", "0.05"}, {"-4", "-4"}}) {
+    tables.ChanTare[0] = tare;
+    EXPECT_EQ(CellText(tables, 0, Item::Tare), shown) << tare;
+  }
+}
+
+TEST_F(CellsTest, AWeightNeverLosesADigitAndACaptionItsDotsFirst) {
+  const struct {
+    const char* text;
+    int item, width;
+    Align align;
     const char* shown;
+  } cases[] = {
+      {"  12.5", Item::Gross, 8, Align::Right, "    12.5"},
+      {"12345678", Item::NetWeight, 8, Align::Right, "12345678"},
+      {"123456789", Item::NetWeight, 8, Align::Right, "########"},
+      {"-0.0", Item::Tare, 3, Align::Right, "###"},
+      {"Offline...", Item::StatusCaption, 10, Align::Left, "Offline..."},
+      {"Offline...", Item::StatusCaption, 9, Align::Left, "Offline"},
   };
-  const TareCase cases[] = {{"0.00", ""}, {"abc", ""}, {"", ""}, {"   -0.0", ""}, {"0.05", "0.05"}, {"-4", "-4"}};
-  for (const TareCase& each : cases) {
-    tables.ChanTare[0] = each.tare;
-    EXPECT_EQ(CellText(tables, 0, Item::Tare), each.shown) << each.tare;
-  }
-}
-
-struct FitCase {
-  const char* text;
-  int item;
-  int width;
-  const char* shown;
-};
-
-TEST_F(CellsTest, AWeightNeverLosesADigit) {
-  const FitCase cases[] = {
-      {"  12.5", Item::Gross, 8, "    12.5"},
-      {"12345678", Item::NetWeight, 8, "12345678"},
-      {"123456789", Item::NetWeight, 8, "########"},
-      {"-0.0", Item::Tare, 3, "###"},
-  };
-  for (const FitCase& each : cases) {
-    EXPECT_EQ(FitCell(each.text, each.item, {0, each.width, Align::Right}), each.shown) << each.text;
-  }
-}
-
-TEST_F(CellsTest, ACaptionLosesItsDotsBeforeItsLetters) {
-  const FitCase cases[] = {
-      {"Offline...", Item::StatusCaption, 10, "Offline..."},
-      {"Offline...", Item::StatusCaption, 9, "Offline"},
-  };
-  for (const FitCase& each : cases) {
-    EXPECT_EQ(FitCell(each.text, each.item, {0, each.width, Align::Left}), each.shown) << each.width;
-  }
+  for (const auto& c : cases) EXPECT_EQ(FitCell(c.text, c.item, {0, c.width, c.align}), c.shown) << c.text;
 }
 
 TEST_F(CellsTest, ARowTellsApartWeightsThatHoldNowAndThoseThatDoNot) {
-  struct ToneCase {
+  const struct {
     const char* caption;
     Boolean errorLamp;
     RowTone tone;
+  } cases[] = {
+      {"Online...", False, RowTone::Normal}, {"OUT OF RANGE", True, RowTone::Fault},
+      {"Offline...", False, RowTone::Fault}, {"Initialization Error...", False, RowTone::Fault},
+      {"Ready...", False, RowTone::Waiting}, {"Device Disabled...", False, RowTone::Disabled},
   };
-  const ToneCase cases[] = {
-      {"Online...", False, RowTone::Normal},
-      {"OUT OF RANGE", True, RowTone::Fault},
-      {"Offline...", True, RowTone::Fault},
-      {"Offline...", False, RowTone::Fault},
-      {"Initialization Error...", False, RowTone::Fault},
-      {"Ready...", False, RowTone::Waiting},
-      {"Device Disabled...", False, RowTone::Disabled},
-      {"", False, RowTone::Disabled},
-  };
-  for (const ToneCase& each : cases) {
-    tables.ChanStatusText[0] = each.caption;
-    tables.ChanIndicator[Item::Error][0] = each.errorLamp;
-    EXPECT_EQ(ToneOf(tables, 0), each.tone) << each.caption;
-    const bool holds = LookOf(tables, 0, Item::Gross) == Look::Strong;
-    EXPECT_EQ(holds, each.tone == RowTone::Normal) << each.caption;
+  for (const auto& c : cases) {
+    tables.ChanStatusText[0] = c.caption;
+    tables.ChanIndicator[Item::Error][0] = c.errorLamp;
+    EXPECT_EQ(ToneOf(tables, 0), c.tone) << c.caption;
+    EXPECT_EQ(LookOf(tables, 0, Item::Gross) == Look::Strong, c.tone == RowTone::Normal) << c.caption;
   }
 }
 

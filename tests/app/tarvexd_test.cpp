@@ -15,7 +15,6 @@
 #include "tests/platform/plant_floor.h"
 
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 
@@ -44,7 +43,7 @@ class TarvexdTest : public testing::Test {
     std::ofstream(folder / ("Tarvex-SCALE" + std::to_string(number) + ".Cfg"), std::ios::binary) << line;
     std::ofstream(folder / "Tarvex-Ports.Cfg", std::ios::app) << number << ",\"" << address << "\"\r\n";
   }
-  /// Lets the scale send until `condition` holds.
+  /// Lets a scale send until `condition` holds.
   bool SendUntil(Scale& sender, const std::function<bool()>& condition) {
     return Eventually([&] {
       sender.SendSome(Frame());
@@ -145,25 +144,6 @@ TEST_F(TarvexdTest, ATerminalThatNobodyReadsDoesNotStopTheScan) {
   EXPECT_TRUE(SendUntil(logged, redrawAndCount)) << redraws;
   program.Signal(SIGTERM);
   EXPECT_EQ(program.ExitStatus(), 0);
-}
-
-TEST_F(TarvexdTest, WithoutAScreenOnRequestATerminalStaysEmpty) {
-  RunningProgram program(folder.Path(), {"nogdi"}, RunningProgram::Place::Terminal);
-  ASSERT_TRUE(SendUntil(scale, [&] { return !FileText(folder / "ActiveLog-Tarvex.txt").empty(); }));
-  program.Signal(SIGTERM);
-  ASSERT_TRUE(Eventually([&] { return program.Screen().find("channels online") != std::string::npos; }));
-  EXPECT_EQ(program.ExitStatus(), 0);
-  EXPECT_THAT(program.Screen(), Not(HasSubstr("Truck scale")));
-}
-
-TEST_F(TarvexdTest, HelpAndVersionStartNothing) {
-  for (const char* word : {"--help", "--version"}) {
-    const TemporaryFolder empty;
-    RunningProgram program(empty.Path(), {word});
-    EXPECT_EQ(program.ExitStatus(), 0);
-    EXPECT_THAT(program.Output(), HasSubstr("tarvexd"));
-    EXPECT_FALSE(std::filesystem::exists(empty / "ActiveLog-Tarvex.txt"));
-  }
 }
 
 }  // namespace

@@ -38,18 +38,16 @@ class DetailViewTest : public testing::Test {
 };
 
 TEST_F(DetailViewTest, EachChannelHasItsWindowAndADisabledOrDatabaseChannelHasNone) {
-  struct Case {
+  const struct {
     Boolean enabled;
     int proto;
     Boolean virtualTerminal;
     DetailWindow window;
-  };
-  const Case cases[] = {
-      {False, kProto, False, DetailWindow::None},  {False, kProto, True, DetailWindow::None},
-      {True, 0, False, DetailWindow::None},        {True, 0, True, DetailWindow::None},
-      {True, kProto, False, DetailWindow::Device}, {True, kProto, True, DetailWindow::VirtualTerminal},
-  };
-  for (const Case& c : cases) {
+  } cases[] = {{False, kProto, True, DetailWindow::None},
+               {True, 0, True, DetailWindow::None},
+               {True, kProto, False, DetailWindow::Device},
+               {True, kProto, True, DetailWindow::VirtualTerminal}};
+  for (const auto& c : cases) {
     tables.DetailChannel = 9;
     tables.ChanEnabled[kCh] = c.enabled;
     tables.ChanProtocol[kCh] = c.proto;
@@ -77,20 +75,6 @@ TEST_F(DetailViewTest, TheFieldsAreBlankAtFirstAndTheNextStreamFillsThemEvenOnAS
   EXPECT_EQ(view.Ld(3), "0");
 }
 
-TEST_F(DetailViewTest, OpeningCountsTheNextIdentificationAsChanged) {
-  tables.ChanPrevStreamId[kCh] = "17";
-  view.Open(kCh);
-  EXPECT_EQ(tables.ChanPrevStreamId[kCh], kPrevStreamIdSentinel);
-}
-
-TEST_F(DetailViewTest, TheFaultThatTheDeviceReportsIsShown) {
-  plant.AddStatusRow(kProto, {"Out Of Range", "0 / ERROR", "7", "1", "79", "X"});
-  view.Open(kCh);
-  plant.Tick(kCh, "  1250O \n");
-  EXPECT_EQ(view.Ld(9), "OUT OF RANGE");
-  EXPECT_EQ(view.Ld(3), "1");
-}
-
 TEST_F(DetailViewTest, AClosedDetailAndOneOfAnotherChannelAreNotWritten) {
   plant.Connect(kCh + 1, kProto);
   view.Open(kCh + 1);
@@ -101,33 +85,6 @@ TEST_F(DetailViewTest, AClosedDetailAndOneOfAnotherChannelAreNotWritten) {
   view.Close();
   plant.Tick(kCh, "  1260\n");
   EXPECT_EQ(FilledElements(), std::set<int>{kDetailDescription});
-}
-
-TEST_F(DetailViewTest, TheRawStreamIsSeenWithItsLengthInDebugModeOnly) {
-  view.Open(kCh);
-  plant.Tick(kCh, "  1250\r\n");
-  EXPECT_FALSE(view.RawVisible());
-
-  tables.DebugMode = True;
-  plant.Tick(kCh, "  1250\r\n");
-  EXPECT_TRUE(view.RawVisible());
-  EXPECT_EQ(view.Ld(kDetailRaw), "8 ==>   1250 \n");
-
-  view.Close();
-  view.Open(kCh);
-  EXPECT_FALSE(view.RawVisible()) << "hidden again until the next stream";
-}
-
-TEST_F(DetailViewTest, AnElementThatTheWindowDoesNotHaveRaisesTheSubscriptError) {
-  EXPECT_THROW(view.Show(kDetailElements, "5"), RunTimeError);
-  EXPECT_THROW(view.Show(-1, "5"), RunTimeError);
-}
-
-TEST(DetailFieldsTest, EveryElementButTheSeventhHasOneCaption) {
-  std::set<int> captioned;
-  for (const DetailField& field : kDetailFields) EXPECT_TRUE(captioned.insert(field.element).second) << field.caption;
-  EXPECT_EQ(captioned.size(), 22U);
-  EXPECT_FALSE(captioned.contains(7));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <string>
 #include <utility>
@@ -14,26 +15,22 @@
 class RecordingCanvas : public Canvas {
  public:
   struct Text {
-    DrawingHandle context;
     int x, y;
     std::string text;
     Colour colour;
     TextAlign align;
+    bool operator==(const Text&) const = default;
   };
   struct Lamp {
     Colour colour;
-    int left, top, right, bottom;
-  };
-  struct Shown {
-    int x, y, width, height;
+    std::array<int, 4> edges;  ///< left, top, right, bottom
   };
 
   std::vector<Text> texts;
   std::vector<Lamp> lamps;
-  std::vector<Shown> shown;  ///< copies to the window
+  std::vector<std::array<int, 4>> shown;  ///< copies to the window: x, y, width, height
   std::vector<FontShape> fonts;
   std::map<DrawingHandle, std::string> alive;  ///< handle to its kind
-  std::vector<std::string> freed;              ///< kinds in the order they went
   bool failing = false;                        ///< selections and deletions fail
   int contextsTaken = 0;
 
@@ -76,15 +73,15 @@ class RecordingCanvas : public Canvas {
     const DrawingHandle brush = selected_[{context, "brush"}];
     const DrawingHandle pen = selected_[{context, "pen"}];
     EXPECT_EQ(colours_[brush], colours_[pen]);
-    lamps.push_back({colours_[brush], left, top, right, bottom});
+    lamps.push_back({colours_[brush], {left, top, right, bottom}});
   }
   void SetTransparentBackground(DrawingHandle) override {}
   void SetText(DrawingHandle, Colour colour, TextAlign align) override {
     colour_ = colour;
     align_ = align;
   }
-  void TextOut(DrawingHandle context, int x, int y, std::string_view text) override {
-    texts.push_back({context, x, y, std::string(text), colour_, align_});
+  void TextOut(DrawingHandle, int x, int y, std::string_view text) override {
+    texts.push_back({x, y, std::string(text), colour_, align_});
   }
 
  private:
@@ -103,7 +100,6 @@ class RecordingCanvas : public Canvas {
   bool Free(DrawingHandle handle) {
     const auto entry = alive.find(handle);
     if (failing || entry == alive.end()) return false;
-    freed.push_back(entry->second);
     alive.erase(entry);
     return true;
   }

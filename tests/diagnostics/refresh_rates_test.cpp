@@ -6,46 +6,28 @@
 
 namespace {
 
-struct SliderCase {
-  RateValues values;
-  int position;
-};
-
 TEST(RefreshRatesTest, TheSliderStandsWhereScanAndDrawingPutIt) {
-  const SliderCase cases[] = {
+  const std::pair<RateValues, int> cases[] = {
       {{19, 1, 15, 1, 19, 1}, 0},     {{20, 1, 15, 1, 19, 1}, 1}, {{19, 2, 15, 1, 19, 1}, 1},
       {{19, 1, 15, 1, 20, 1}, 1},     {{19, 1, 15, 1, 19, 2}, 1}, {{39, 3, 15, 1, 39, 3}, 1},
-      {{40, 1, 15, 1, 1, 1}, 2},      {{1, 4, 15, 1, 1, 1}, 2},   {{1, 1, 15, 1, 40, 1}, 2},
-      {{1, 1, 15, 1, 1, 4}, 2},       {{25, 2, 15, 0, 25, 1}, 1},  // as delivered
-      {{1, 0, 60000, 1000, 1, 0}, 0},                              // the Tx column has no say
+      {{40, 1, 15, 1, 1, 1}, 2},      {{1, 1, 15, 1, 1, 4}, 2},   {{25, 2, 15, 0, 25, 1}, 1},  // as delivered
+      {{1, 0, 60000, 1000, 1, 0}, 0},  // the Tx column has no say
   };
-  for (const SliderCase& c : cases) EXPECT_EQ(SliderPosition(c.values), c.position);
-}
-
-TEST(RefreshRatesTest, EachPositionPutsValuesIntoTheBoxesThatBelongToIt) {
+  for (const auto& [values, position] : cases) EXPECT_EQ(SliderPosition(values), position);
   EXPECT_EQ(SliderValues(0), (RateValues{1, 0, 15, 1, 15, 0}));
   EXPECT_EQ(SliderValues(1), (RateValues{25, 1, 15, 1, 25, 1}));
   EXPECT_EQ(SliderValues(2), (RateValues{50, 5, 15, 1, 50, 5}));
-  for (int position = 0; position < kSliderPositions; ++position) {
-    EXPECT_EQ(SliderPosition(SliderValues(position)), position);
-  }
-  EXPECT_THROW(SliderValues(kSliderPositions), RunTimeError);
 }
 
-struct TypedCase {
-  int box;
-  std::string_view text;
-  int value;
-};
-
 TEST(RefreshRatesTest, WhatIsTypedCannotStopTheSystem) {
-  const TypedCase cases[] = {
-      {0, "30", 30},  {0, "0", 1},  {0, "-5", 1}, {0, "60001", 60000}, {0, "99999999999", 60000}, {0, "", 77},
-      {0, "12x", 77}, {0, "x", 77}, {1, "0", 0},  {1, "1001", 1000},   {1, "-99999999999", 0},    {5, "1.5", 77},
-      {4, "15", 15},  {2, "0", 1},
-  };
-  for (const TypedCase& c : cases)
-    EXPECT_EQ(RateFromText(c.box, c.text, 77), c.value) << c.box << " '" << c.text << "'";
+  const struct {
+    int box;
+    const char* text;
+    int value;
+  } cases[] = {{0, "30", 30},  {0, "0", 1}, {0, "-5", 1},      {0, "99999999999", 60000}, {0, "", 77},
+               {0, "12x", 77}, {1, "0", 0}, {1, "1001", 1000}, {1, "-99999999999", 0},    {5, "1.5", 77},
+               {2, "0", 1}};
+  for (const auto& c : cases) EXPECT_EQ(RateFromText(c.box, c.text, 77), c.value) << c.box << " '" << c.text << "'";
 }
 
 TEST(RefreshRatesTest, OpeningShowsTheIntervalsThatRunAndTheScanTellsItsRateUntilTheDialogCloses) {
@@ -77,39 +59,21 @@ class RecordingConfiguration : public Configuration {
   }
 };
 
-class UpdateRatesTest : public testing::Test {
- protected:
+TEST(RefreshRatesTest, TheTimersRunAtNewRatesAtOnceButThePauseOfTheTxTimerStays) {
   TestPlant plant;
   RecordingConfiguration configuration;
-  Engine engine{
-      plant.tables,     plant.system,  plant.events,           plant.ports,           plant.files,       plant.notice,
-      plant.engine.log, configuration, plant.engine.publisher, plant.engine.terminal, plant.startupForm, plant.mainForm,
-      plant.dialogs};
-};
-
-TEST_F(UpdateRatesTest, TheTimersRunAtTheirNewIntervalsAtOnceAndTheSystemFileIsSaved) {
+  Engine engine = plant.EngineWith({.configuration = &configuration});
+  plant.tables.TxTimerSleep = 7;
   UpdateRates(engine, {10, 3, 11, 99, 12, 4});
   EXPECT_EQ(plant.events.timer1.interval, 10);
   EXPECT_EQ(plant.events.txTimer.interval, 11);
   EXPECT_EQ(plant.events.gdiTimer.interval, 12);
-  const Tables& tables = plant.tables;
-  EXPECT_THAT((std::array{tables.Timer1Interval, tables.Timer1Sleep, tables.TxTimerInterval, tables.GDITimerInterval,
-                          tables.GDITimerSleep}),
-              testing::ElementsAre(10, 3, 11, 12, 4));
+  EXPECT_EQ(OpenRefresh(engine), (RateValues{10, 3, 11, 7, 12, 4}));
   EXPECT_THAT(configuration.actions, testing::ElementsAre(CfgAction::WriteSystemFile));
-}
 
-TEST_F(UpdateRatesTest, ThePauseOfTheTxTimerStaysAsItWasWhateverItsBoxShows) {
-  plant.tables.TxTimerSleep = 7;
-  UpdateRates(engine, {10, 3, 11, 99, 12, 4});
-  EXPECT_EQ(plant.tables.TxTimerSleep, 7);
-  EXPECT_EQ(OpenRefresh(engine)[3], 7);
-}
-
-TEST_F(UpdateRatesTest, AFileThatCannotBeWrittenIsToldAndTheNewRatesHoldForThisRun) {
   configuration.diskFull = true;
-  UpdateRates(engine, {10, 3, 11, 1, 12, 4});
-  EXPECT_EQ(plant.tables.Timer1Interval, 10);
+  UpdateRates(engine, {20, 3, 11, 1, 12, 4});
+  EXPECT_EQ(plant.tables.Timer1Interval, 20) << "new rates hold for this run";
   ASSERT_EQ(plant.notice.boxes.size(), 1U);
   EXPECT_THAT(plant.notice.boxes[0].text, testing::HasSubstr("/plant/TarvexSysSetup.Cfg"));
 }

@@ -11,22 +11,13 @@ TEST(ScreenLayoutTest, TheLargeLayoutServesEveryWidthButEightHundred) {
   for (int width : {801, 1024, 1280, 3840}) EXPECT_EQ(LayoutFor(width).width, 1024) << width;
 }
 
-TEST(ScreenLayoutTest, RowsOfTheLargeLayoutLieSixteenPixelsApartWithoutCorrection) {
-  const ScreenLayout& layout = LayoutFor(1024);
+TEST(ScreenLayoutTest, RowsOfTheLargeLayoutLieSixteenPixelsApartAndThoseOfTheSmallOneRiseEverySixChannels) {
   for (int ch = 0; ch < kChannels; ++ch) {
-    for (int item = 0; item < Item::Count; ++item) EXPECT_EQ(PlaceOf(layout, ch, item).y, 207 + 16 * ch);
+    for (int item = 0; item < Item::Count; ++item) EXPECT_EQ(PlaceOf(LayoutFor(1024), ch, item).y, 207 + 16 * ch);
+    EXPECT_EQ(PlaceOf(LayoutFor(800), ch, Item::Gross).y, 149 + 13 * ch - ch / 6) << "channel " << ch;
   }
-  EXPECT_EQ(PlaceOf(layout, 0, Item::Gross), (CellPlace{320, 207, 85, 12}));
-  EXPECT_EQ(PlaceOf(layout, 31, Item::Error), (CellPlace{823, 703, 13, 12}));
-}
-
-TEST(ScreenLayoutTest, TheLoweringOfTheSmallLayoutAddsUpEverySixChannels) {
-  const ScreenLayout& layout = LayoutFor(800);
-  for (int ch = 0; ch < kChannels; ++ch) {
-    const int firstRow = PlaceOf(layout, ch, Item::Gross).y - 13 * ch;
-    EXPECT_EQ(firstRow, 149 - ch / 6) << "channel " << ch;
-  }
-  EXPECT_EQ(PlaceOf(layout, 31, Item::Gross).y, 144 + 13 * 31);
+  EXPECT_EQ(PlaceOf(LayoutFor(1024), 0, Item::Gross), (CellPlace{320, 207, 85, 12}));
+  EXPECT_EQ(PlaceOf(LayoutFor(1024), 31, Item::Error), (CellPlace{823, 703, 13, 12}));
 }
 
 TEST(ScreenLayoutTest, LampsOfTheSmallLayoutAreFittedByHand) {

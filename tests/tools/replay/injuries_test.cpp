@@ -39,8 +39,7 @@ class InjuredLine {
   std::string Shown() const {
     const Tables& t = replay_.Store();
     const int ch = replay_.Channel();
-    return t.ChanStatusText[ch] + "|" + t.ChanGross[ch] + "|" + t.ChanTare[ch] + "|" + t.ChanNet[ch] + "|" +
-           std::to_string(t.ChanStatusBits[ch]);
+    return t.ChanStatusText[ch] + "|" + t.ChanGross[ch] + "|" + t.ChanTare[ch] + "|" + t.ChanNet[ch];
   }
 
   const RecordedCapture& recorded_;
@@ -59,42 +58,28 @@ std::vector<RecordedCapture> CapturesWithAGoodFrame() {
   return captures;
 }
 
-TEST(InjuriesTest, AStreamSplitAnywhereOrCutShortIsFollowedByGoodOnes) {
+TEST(InjuriesTest, WhateverHappensToAStreamGoodOnesAreShownBehindIt) {
+  std::mt19937 random(4711);
   for (const RecordedCapture& recorded : CapturesWithAGoodFrame()) {
     InjuredLine line(recorded);
     const std::string whole = line.Whole();
-    for (std::size_t at = 0; at <= whole.size(); ++at) {
+    for (std::size_t at = 0; at < whole.size(); ++at) {
       line.Receive(whole.substr(0, at));
       line.Receive(whole.substr(at));
       line.ExpectRecovery("split at " + std::to_string(at));
       line.Receive(whole.substr(0, at));
       line.ExpectRecovery("cut at " + std::to_string(at));
-    }
-  }
-}
-
-TEST(InjuriesTest, NoFlippedBitOutlivesItsStream) {
-  for (const RecordedCapture& recorded : CapturesWithAGoodFrame()) {
-    InjuredLine line(recorded);
-    for (std::size_t at = 0; at < line.Whole().size(); ++at) {
       for (int bit = 0; bit < 8; ++bit) {
-        std::string injured = line.Whole();
+        std::string injured = whole;
         injured[at] = static_cast<char>(injured[at] ^ 1 << bit);
         line.Receive(injured);
         line.ExpectRecovery("bit " + std::to_string(bit) + " of byte " + std::to_string(at));
       }
     }
-  }
-}
-
-TEST(InjuriesTest, GarbageInFrontIsPushedOut) {
-  std::mt19937 random(4711);
-  for (const RecordedCapture& recorded : CapturesWithAGoodFrame()) {
-    InjuredLine line(recorded);
     for (int round = 0; round < 300; ++round) {
       std::string garbage(random() % 120, '\0');
       for (char& character : garbage) character = static_cast<char>(random());
-      line.Receive(garbage + line.Whole());
+      line.Receive(garbage + whole);
       line.ExpectRecovery("garbage round " + std::to_string(round));
     }
     std::string burst;
