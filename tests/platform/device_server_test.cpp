@@ -20,17 +20,6 @@ FarEnd Connection(PlantFloor& floor, DeviceServer& server) {
 
 }  // namespace
 
-TEST(DeviceServer, AServerNamedByNumberOrNameCarriesBytesBothWays) {
-  DeviceServer server;
-  for (const char* host : {"127.0.0.1", "localhost", "LocalHost"}) {
-    SCOPED_TRACE(host);
-    PlantFloor floor(server.Address(host));
-    floor.Open();
-    FarEnd connection = Connection(floor, server);
-    floor.ExpectTalk(connection, std::string("\0\x11\x13\xff weight\r\n", 13));
-  }
-}
-
 TEST(DeviceServer, APortOpensWithoutItsServerAndFindsItOnceASecond) {
   DeviceServer server;
   server.Stop();
@@ -66,24 +55,4 @@ TEST(DeviceServer, ALostConnectionReadsAsSilenceAndIsMadeAgain) {
   }
   floor.ExpectTalk(connection);
   EXPECT_LE(OpenDescriptors(), before);
-}
-
-TEST(DeviceServer, AnUnknownHostIsAServerThatIsAway) {
-  PlantFloor floor("tcp://no-such-host.invalid:4001");
-  SerialPort& port = floor.Open();
-  for (int tick = 0; tick < 5; ++tick) floor.Pass(1000);
-  EXPECT_TRUE(port.PortOpen());
-  EXPECT_EQ(port.InBufferCount(), 0u);
-  port.Close();
-  EXPECT_FALSE(port.PortOpen());
-}
-
-TEST(DeviceServer, TwoChannelsCannotShareAServerPort) {
-  DeviceServer server;
-  PlantFloor floor(server.Address("localhost"));
-  floor.Open(0);
-  floor.address = server.Address("LOCALHOST");
-  EXPECT_EQ(floor.OpeningFault(1), ErrorNumber::SerialPortInUse);
-  floor.ports.Port(0).Close();
-  EXPECT_EQ(floor.OpeningFault(1), 0);
 }

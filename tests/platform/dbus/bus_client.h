@@ -56,15 +56,6 @@ class BusClient {
   int Word(const std::string& path, const char* property) { return Get<std::int16_t>(path, property, "n"); }
   std::string Text(const std::string& path, const char* property);
 
-  /// Sends a call and does not care for its answer.
-  template <typename... Arguments>
-  void Post(const std::string& path, const char* interface, const char* member, const char* types,
-            Arguments... arguments) {
-    const auto message = Message(path, interface, member, types, arguments...);
-    sd_bus_message_set_expect_reply(message.get(), 0);
-    sd_bus_send(bus_, message.get(), nullptr);
-  }
-
   /// True if the manager is on the bus.
   bool SeesManager();
   /// From now on signals of the manager's objects are kept in `Signals`.

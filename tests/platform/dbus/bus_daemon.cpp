@@ -55,13 +55,6 @@ void BusDaemon::Start(const std::string& serviceFolder) {
   if (got != 1) throw std::runtime_error("dbus-daemon does not start");
 }
 
-void BusDaemon::Hang() {
-  kill(pid_, SIGSTOP);
-  waitpid(pid_, nullptr, WUNTRACED);
-}
-
-void BusDaemon::Resume() { kill(pid_, SIGCONT); }
-
 void BusDaemon::Kill() {
   if (pid_ == 0) return;
   kill(pid_, SIGKILL);

@@ -16,9 +16,6 @@ class BusDaemon {
   /// Returns when clients can connect. `serviceFolder` is where the bus finds activation files, if any.
   void Start(const std::string& serviceFolder = {});
   void Kill();
-  /// Has it hang until `Resume`; returns when it does.
-  void Hang();
-  void Resume();
 
   const std::string& Folder() const { return folder_; }
 

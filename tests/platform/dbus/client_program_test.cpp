@@ -56,20 +56,6 @@ TEST_F(ClientProgramTest, ACommandThatWasGivenUpDoesNotActLater) {
   EXPECT_TRUE(plant_.ports.port[0].sent.empty());
 }
 
-TEST_F(ClientProgramTest, ShowAndWatchTellTheWeightsAndTheStatusInWords) {
-  StartOnBus();
-  plant_.manager.Publishing().Devices().Objects().At(0)->CDeviceDesc = "Tank 3";
-  plant_.Tick(0, "  12.50\r");
-  plant_.tables.ChanTimeout[0] = 20;
-  const std::string shown = Run({"show", "1"}).output;
-  EXPECT_NE(shown.find("Channel 1  Tank 3\n  gross      12.5\n"), std::string::npos) << shown;
-  plant_.Tick(0, "  13.00\r");
-  plant_.tables.ChanLastRxTick[0] = plant_.tables.ScanTick;
-  const std::string watched = Run({"watch", "1", "--seconds", "0.3"}).output;
-  EXPECT_NE(watched.find("status 16 (offline)"), std::string::npos) << watched;
-  EXPECT_NE(Run({"show"}).output.find("  1  Tank 3"), std::string::npos);
-}
-
 TEST_F(ClientProgramTest, WithoutAManagerOrABusItSaysWhatToDo) {
   EXPECT_EQ(Run({"show", "1"}).status, 3);
   daemon_.Start();

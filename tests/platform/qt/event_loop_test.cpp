@@ -31,23 +31,6 @@ class EventLoopTest : public testing::Test {
   QtEventLoop loop;
 };
 
-TEST_F(EventLoopTest, TimersTickOnlyWhileTheyAreEnabled) {
-  int scans = 0;
-  int draws = 0;
-  loop.Timer1().OnTick([&] { ++scans; });
-  loop.GDITimer().OnTick([&] { ++draws; });
-  loop.GDITimer().SetEnabled(true);
-  EXPECT_TRUE(RunUntil([&] { return draws >= 3; }));
-  EXPECT_EQ(scans, 0);
-
-  loop.Timer1().SetEnabled(true);
-  EXPECT_TRUE(RunUntil([&] { return scans >= 3; }));
-  loop.GDITimer().SetEnabled(false);
-  const int drawn = draws;
-  EXPECT_TRUE(RunUntil([&] { return scans >= 6; }));
-  EXPECT_EQ(draws, drawn);
-}
-
 TEST_F(EventLoopTest, OtherTimersRunInsideATickButTheSameOneNeverNests) {
   int depth = 0;
   int deepest = 0;
@@ -67,15 +50,6 @@ TEST_F(EventLoopTest, OtherTimersRunInsideATickButTheSameOneNeverNests) {
   EXPECT_TRUE(RunUntil([&] { return waited; }));
   EXPECT_GE(sent, 5);
   EXPECT_EQ(deepest, 1);
-}
-
-TEST_F(EventLoopTest, ATimerTakesItsNewIntervalWhileItRuns) {
-  int ticks = 0;
-  loop.Timer1().OnTick([&] { ++ticks; });
-  loop.Timer1().SetInterval(1'000'000);
-  loop.Timer1().SetEnabled(true);
-  loop.Timer1().SetInterval(1);
-  EXPECT_TRUE(RunUntil([&] { return ticks > 0; }));
 }
 
 TEST_F(EventLoopTest, EndingSignalsArriveAsCallsFromTheLoop) {

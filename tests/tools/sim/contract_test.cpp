@@ -82,9 +82,8 @@ TEST(SimulatorContractTest, AWeightThatIsOutOfRangeOrDoesNotFitIsNeverShown) {
       Reading good;
       good.indicated = 12;
       good.decimals = decimals;
-      Reading marked = good;
+      Reading marked = good, tooLarge = good;
       marked.outOfRange = true;
-      Reading tooLarge = good;
       tooLarge.indicated = LargestCounts(form.form, decimals) + 1;
       for (const Reading& reading : {marked, tooLarge}) {
         receiver.Tick(kChannel, EncodeFrame(form.form, good, false));
