@@ -39,7 +39,8 @@ class InjuredLine {
   std::string Shown() const {
     const Tables& t = replay_.Store();
     const int ch = replay_.Channel();
-    return t.ChanStatusText[ch] + "|" + t.ChanGross[ch] + "|" + t.ChanTare[ch] + "|" + t.ChanNet[ch];
+    return t.ChanStatusText[ch] + "|" + t.ChanGross[ch] + "|" + t.ChanTare[ch] + "|" + t.ChanNet[ch] + "|" +
+           std::to_string(t.ChanStatusBits[ch]);
   }
 
   const RecordedCapture& recorded_;
