@@ -113,7 +113,8 @@ The table shows the stream with its control characters by name, <STX>, and bytes
 126 as hex, <B2>. The first CR of a stream is a blank, as it is decoded. "..." stands
 before bytes that completed no stream. Weights are the texts of the weigh screen. Status
 is the word published as SCALESTAT with its bits: range 1, motion 2, net 4, LB 8,
-offline 16. Below a tick stand log lines, what was sent to the device, and faults.
+offline 16. Below a tick stand log lines, what was sent to the device, the answers to commands, and
+faults.
 
 A JSON object holds the channel's tables after the tick under their names, and:
 

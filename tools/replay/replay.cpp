@@ -105,9 +105,11 @@ void Replay::FirstInitialisation(int startTick) {
 }
 
 void Replay::OpenInSpiteOfItsFile(int startTick) {
-  if (tables_.ChanConnected[ch_] == True || initialisationFault_) return;
+  const bool disabledByItsFile = tables_.ChanStatusText[ch_] == Caption::DeviceDisabled;
+  const bool disabledByAFault = tables_.ChanEnabled[ch_] == False && !disabledByItsFile;
+  if (tables_.ChanConnected[ch_] == True || disabledByAFault) return;
   const std::string channel = "channel " + DisplayNumber(ch_);
-  if (tables_.ChanEnabled[ch_] == False) {
+  if (disabledByItsFile) {
     warnings_.push_back(channel + " is disabled in its file; it is replayed as if it were enabled");
   }
   if (tables_.ChanConnectUsing[ch_] != ConnectUsing::SerialPort) {
@@ -151,6 +153,7 @@ TickEvents Replay::Tick(const std::string& bytes) {
   flush_.outlets.clear();
   opc_.written.clear();
   port.sent.clear();
+  const int statusBefore = tables_.ChanCmdStatus[ch_];
 
   TickEvents events;
   events.error = Timer1Tick(manager_.Parts());
@@ -163,6 +166,7 @@ TickEvents Replay::Tick(const std::string& bytes) {
   events.flush = flush_.outlets;
   events.opcWrites = opc_.written;
   events.portOut = port.sent;
+  if (tables_.ChanCmdStatus[ch_] != statusBefore) events.answer = tables_.ChanCmdStatus[ch_];
   SortLines(events);
   return events;
 }

@@ -36,6 +36,7 @@ struct TickEvents {
   std::vector<std::string_view> flush;
   std::map<int, OpcValue> opcWrites;
   std::vector<std::string> portOut;
+  std::optional<int> answer;           ///< CMDSTAT given to the automation client
   std::vector<std::string> weightLog;  ///< from "Device #: " on
   std::vector<LogLine> log;
 };

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/table.h"
+#include "protocol/number.h"
 #include "tools/replay/json_lines.h"
 
 namespace {
@@ -22,6 +22,7 @@ constexpr Column kColumns[] = {
     {"net", 9, true},  {"status", 12, false}, {"caption", 21, false},
 };
 constexpr std::size_t kColumnCount = std::size(kColumns);
+constexpr int kOpcCmdStat = 6;
 constexpr std::size_t kMargin = 9;  // notes stand under the stream
 
 std::string Visible(unsigned char byte) {
@@ -86,6 +87,13 @@ std::string StatusWords(int status) {
 
 std::string Quoted(std::string_view bytes) { return "\"" + MakeVisible(bytes) + "\""; }
 
+std::string OpcText(const OpcValue& value) {
+  if (const auto* whole = std::get_if<std::int16_t>(&value)) return std::to_string(*whole);
+  if (const auto* number = std::get_if<double>(&value))
+    return std::string(GeneralText(Decimal::FromDouble(*number)).View());
+  return {};
+}
+
 std::string StreamCell(const Tables& tables, int ch, const TickEvents& events) {
   switch (events.outcome) {
     case TickEvents::Outcome::Stream:
@@ -106,7 +114,8 @@ std::string MakeVisible(std::string_view bytes) {
 }
 
 void TablePrinter::TellSilentTicks() {
-  if (silentTicks_ > 0) PrintNote(out_, "(" + std::to_string(silentTicks_) + " silent ticks without a change)");
+  if (silentTicks_ == 1) PrintNote(out_, "(one silent tick without a change)");
+  if (silentTicks_ > 1) PrintNote(out_, "(" + std::to_string(silentTicks_) + " silent ticks without a change)");
   silentTicks_ = 0;
 }
 
@@ -127,8 +136,17 @@ void TablePrinter::Print(const Replay& replay, const TickEvents& events) {
   cells.push_back(ShownText(t.ChanStatusText[ch]));
   std::string row;
   for (std::size_t index = 2; index < cells.size(); ++index) row += cells[index] + "\n";
-  const bool eventful =
-      events.outcome != TickEvents::Outcome::Silent || events.error || !events.portOut.empty() || !events.log.empty();
+  std::vector<std::string> notes;
+  for (const TickEvents::LogLine& line : events.log) notes.push_back("log: " + ShownText(line.text));
+  for (const std::string& text : events.portOut) notes.push_back("to the device: " + Quoted(text));
+  if (events.answer) notes.push_back("to the automation client: CMDSTAT " + std::to_string(*events.answer));
+  if (const auto answer = events.opcWrites.find(kOpcCmdStat); answer != events.opcWrites.end()) {
+    notes.push_back("to the OPC server: CMDSTAT " + OpcText(answer->second));
+  }
+  if (events.error) {
+    notes.push_back("fault " + std::to_string(events.error->Number()) + ": " + ShownText(events.error->Description()));
+  }
+  const bool eventful = events.outcome != TickEvents::Outcome::Silent || !notes.empty();
   if (!eventful && row == lastRow_) {
     ++silentTicks_;
     return;
@@ -136,9 +154,5 @@ void TablePrinter::Print(const Replay& replay, const TickEvents& events) {
   TellSilentTicks();
   lastRow_ = row;
   PrintRow(out_, cells);
-  for (const TickEvents::LogLine& line : events.log) PrintNote(out_, "log: " + ShownText(line.text));
-  for (const std::string& text : events.portOut) PrintNote(out_, "to the device: " + Quoted(text));
-  if (events.error) {
-    PrintNote(out_, "fault " + std::to_string(events.error->Number()) + ": " + ShownText(events.error->Description()));
-  }
+  for (const std::string& note : notes) PrintNote(out_, note);
 }

@@ -30,6 +30,9 @@ struct Folder {
     files.content["/plant/Tarvex-SCALE1.Cfg"] = disk.Read(data + "/standard.channel.Cfg");
   }
   std::string& Channel() { return files.content["/plant/Tarvex-SCALE1.Cfg"]; }
+  void ReplaceInChannel(const std::string& what, const std::string& by) {
+    Channel().replace(Channel().find(what), what.size(), by);
+  }
 };
 
 TEST(ReplayTest, TheCaptureBeginsBehindTheStartTickWhateverTheInitialisationTook) {
@@ -50,8 +53,9 @@ TEST(ReplayTest, TheCaptureBeginsBehindTheStartTickWhateverTheInitialisationTook
 TEST(ReplayTest, AFaultThatKeepsTheChannelClosedStandsInTheFirstLineAndNamesTheFileThatWasRead) {
   Folder folder;
   folder.files.content["/mine.Cfg"] = "0,2,13\r\n5,x";
+  folder.ReplaceInChannel("#FALSE#,#TRUE#", "#FALSE#,#FALSE#");  // disabled, which is not what keeps it closed
   Replay replay(folder.files, {.home = "/plant", .format = "/mine.Cfg"});
-  EXPECT_THAT(replay.Warnings(), testing::ElementsAre(HasSubstr("/mine.Cfg")));
+  EXPECT_THAT(replay.Warnings(), testing::Contains(HasSubstr("/mine.Cfg")));
   const TickEvents first = replay.Tick(kGood);
   ASSERT_TRUE(first.error);
   EXPECT_EQ(first.error->Number(), ErrorNumber::TypeMismatch);
@@ -78,7 +82,7 @@ TEST(ReplayTest, TheOperatorIsWarnedOfAFormatThatDecodesNothing) {
 
 TEST(ReplayTest, TheTableFitsAHundredColumnsAndCountsSilentTicks) {
   Folder folder;
-  folder.Channel().replace(folder.Channel().find("SCALE 1"), 7, "SCALE \xB2");
+  folder.ReplaceInChannel("#TRUE#,#FALSE#", "#TRUE#,#TRUE#");  // bidirectional
   Replay replay(folder.files, {.home = "/plant"});
   std::ostringstream out;
   TablePrinter table(out);
@@ -86,10 +90,16 @@ TEST(ReplayTest, TheTableFitsAHundredColumnsAndCountsSilentTicks) {
                                    std::string(40, '\x1F') + "\r"}) {
     table.Print(replay, replay.Tick(bytes));
   }
+  std::istringstream action("!device CCmd=99");
+  replay.Act(std::get<DeviceWrites>(*CaptureReader(action, "c").Next()));
+  table.Print(replay, replay.Tick(""));
+  table.Print(replay, replay.Tick(""));
   table.Finish();
   EXPECT_THAT(out.str(), HasSubstr("... \"<FF><SOH><STX><ETX>\""));
   EXPECT_THAT(out.str(), HasSubstr("(2 silent ticks without a change)\n"));
   EXPECT_THAT(out.str(), HasSubstr(" INVALIDATE\n"));
+  EXPECT_THAT(out.str(), HasSubstr("to the automation client: CMDSTAT 1099\n"));
+  EXPECT_THAT(out.str(), HasSubstr("(one silent tick without a change)\n"));
   std::istringstream lines(out.str());
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
 }
