@@ -33,7 +33,7 @@ void OnWindowThread(Action action) {
 Desktop::Desktop(const std::string& programFolder, bool summary)
     : system_(programFolder, SizeOfDisplay()),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
-      speech_([this](const std::string& why) { OnWindowThread([this, why] { Tell(why); }); }),
+      speech_([this](const std::string& why) { OnWindowThread([this, why] { LogMissingSpeech(why); }); }),
       notice_(boxes_, speech_),
       manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
       bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }),
@@ -66,6 +66,11 @@ void Desktop::ConnectTimers() {
   events_.Timer1().OnTick([this] { Timer1Tick(manager_.Parts()); });
   events_.TxTimer().OnTick([this] { TxTimerTick(manager_.Parts()); });
   events_.GDITimer().OnTick([this] { GDITimerTick(manager_.Parts()); });
+}
+
+void Desktop::LogMissingSpeech(const std::string& why) {
+  Engine& engine = manager_.Parts();
+  ReportFault(engine, [&] { engine.log.WriteLog(LogType::Error, why); });
 }
 
 /// What no window is made for: the program that was started from a terminal says it there.

@@ -29,6 +29,7 @@ class Desktop {
  private:
   void ConnectTimers();
   void Tell(const std::string& text);
+  void LogMissingSpeech(const std::string& why);
   void End();
 
   PosixSystem system_;
