@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/operator_notice.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/speech/speech.h"
@@ -10,6 +12,9 @@ class DesktopNotice : public OperatorNotice {
   DesktopNotice(MessageBoxes& boxes, Speech& speech) : boxes_(boxes), speech_(speech) {}
 
   void MessageBox(std::string_view caption, std::string_view text) override { boxes_.Show(caption, text); }
+  void MessageBoxWithDetail(std::string_view caption, std::string_view text, std::string_view detail) override {
+    boxes_.Show(caption, std::string(text) + "\r\n\r\n" + std::string(detail));
+  }
   void Speak(std::string_view sentence) override { speech_.Speak(sentence); }
 
  private:

@@ -60,6 +60,11 @@ bool ButtonEnabled(const Tables& tables, bool dialogOpen, PanelButton button, in
   return button != PanelButton::PutInTray || tables.DebugMode == False;
 }
 
+std::string DebugLabelText(const Tables& tables) {
+  return "Debug Mode: " + std::to_string(tables.DebugCommands) + " commands, OPC " +
+         std::to_string(tables.DebugOpcUpdates) + ", skipped " + std::to_string(tables.DebugOpcSkipped);
+}
+
 std::optional<PanelButton> ButtonForKey(int keyCode, Modifiers held) {
   if (!held.shift && !held.control && !held.alt) return std::nullopt;
   for (const PanelKey& key : kKeys) {

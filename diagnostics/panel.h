@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "diagnostics/screen_layout.h"
@@ -27,6 +28,9 @@ CellPlace ButtonPlace(const ScreenLayout& layout, PanelButton button, int row);
 /// Whether a button can be pressed. While a detail view or the refresh dialog is open none can, so that only one
 /// such dialog is open at a time. Rows of channels that the operating system does not allow stay grey.
 bool ButtonEnabled(const Tables& tables, bool dialogOpen, PanelButton button, int row);
+
+/// What `lDebugMode` shows: the counters of debug mode.
+std::string DebugLabelText(const Tables& tables);
 
 struct Modifiers {
   bool shift, control, alt;

@@ -23,6 +23,7 @@
 namespace {
 
 constexpr int kNoticeMs = 15'000;
+constexpr int kDebugMs = 1000;
 constexpr int kTrayWatchMs = 2000;
 
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
@@ -65,6 +66,8 @@ frmTXM::frmTXM()
   MakeLabels();
   noticeTime_.setSingleShot(true);
   connect(&noticeTime_, &QTimer::timeout, this, [this] { notice_->clear(); });
+  connect(&debugTime_, &QTimer::timeout, this,
+          [this] { lDebugMode_->setText(ToText(DebugLabelText(engine_->tables))); });
   connect(&trayWatch_, &QTimer::timeout, this, [this] { KeepReachable(); });
 }
 
@@ -101,7 +104,6 @@ void frmTXM::MakeButtons() {
 void frmTXM::MakeLabels() {
   lRevision_ = MakeLabel(this, "lRevision", Palette::Quiet, Qt::AlignLeft);
   lDebugMode_ = MakeLabel(this, "lDebugMode", Palette::Warning, Qt::AlignLeft);
-  lDebugMode_->setText("Debug Mode");
   lDebugMode_->hide();
   notice_ = MakeLabel(this, "lNotice", Palette::Heading, Qt::AlignLeft);
   lfx_ = MakeLabel(this, "lfx", Palette::Quiet, Qt::AlignRight);
@@ -139,8 +141,7 @@ void frmTXM::Press(PanelButton button, int row) {
     case PanelButton::Detail:
       return dialogs_->cmdDetail(row, this);
     case PanelButton::Setup:
-      return Tell(QString("There is no setup screen yet: edit Tarvex-SCALE%1.Cfg, then close with X and continue.")
-                      .arg(row + 1));
+      return Tell(QString("No setup screen yet: edit Tarvex-SCALE%1.Cfg, close with X, and continue.").arg(row + 1));
     case PanelButton::Help:
       return;
   }
@@ -181,6 +182,7 @@ void frmTXM::ApplyLayout(int screenWidth) {
   });
   PlaceLabels();
   show();
+  engine_->events.DoEvents();
   connect(windowHandle(), &QWindow::screenChanged, this, [this] { RedrawForScale(); });
   EnableButtons();
   RedrawForScale();
@@ -196,7 +198,8 @@ void frmTXM::PlaceLabels() {
   QFont font("Liberation Sans");
   font.setPixelSize(large ? 13 : 11);
   int x = left;
-  for (auto [label, width] : {std::pair{lRevision_, 90}, {lDebugMode_, 90}, {notice_, 600}}) {
+  for (auto [label, width] :
+       {std::pair{lRevision_, 90}, {lDebugMode_, lDebugMode_->isHidden() ? 0 : 275}, {notice_, 520}}) {
     label->setFont(font);
     label->setGeometry(x, top, large ? width : width * 5 / 6, height);
     x += label->width();
@@ -231,7 +234,12 @@ void frmTXM::TakeDialog(bool open) {
 
 void frmTXM::SetRevision(std::string_view text) { lRevision_->setText(ToText(text)); }
 
-void frmTXM::ShowDebugLabel(bool visible) { lDebugMode_->setVisible(visible); }
+void frmTXM::ShowDebugLabel(bool visible) {
+  lDebugMode_->setText(ToText(DebugLabelText(engine_->tables)));
+  lDebugMode_->setVisible(visible);
+  visible ? debugTime_.start(kDebugMs) : debugTime_.stop();
+  PlaceLabels();
+}
 
 void frmTXM::EnablePutInTray(bool enabled) { ButtonOf(PanelButton::PutInTray, 0)->setEnabled(enabled); }
 

@@ -83,5 +83,6 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   QWidget* focusBeforeDialog_ = nullptr;
   TrayIcon tray_;
   QTimer noticeTime_;
+  QTimer debugTime_;  ///< runs while `lDebugMode` is shown
   QTimer trayWatch_;  ///< runs while the window is hidden behind the icon
 };
