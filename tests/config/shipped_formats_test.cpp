@@ -108,7 +108,12 @@ TEST(ShippedFormatsTest, AFrameThatIsNotWholeGivesNoWeight) {
     Frame notFilled, withPoint;
     notFilled.digits = "  1250";
     withPoint.digits = "012.50";
-    std::vector<std::string> damaged = {std::string(1, '\0') + whole, notFilled.Bytes(proto), withPoint.Bytes(proto)};
+    std::string withParity = whole;  // a device on 7 bits and even parity, a line on 8 bits
+    for (char& digit : withParity) {
+      if (digit == '1' || digit == '2') digit = static_cast<char>(digit | 0x80);
+    }
+    std::vector<std::string> damaged = {std::string(1, '\0') + whole, notFilled.Bytes(proto), withPoint.Bytes(proto),
+                                        withParity};
     for (std::size_t at = 0; at + 1 < whole.size(); ++at) {
       damaged.push_back(whole.substr(at + 1));                        // joined in the middle of a frame
       damaged.push_back(whole.substr(0, at) + whole.substr(at + 1));  // a lost character
