@@ -10,6 +10,7 @@
 #include "core/shutdown.h"
 #include "core/startup.h"
 #include "core/transmission.h"
+#include "platform/qt/display_loss.h"
 #include "platform/qt/termination.h"
 
 namespace {
@@ -52,6 +53,7 @@ int Desktop::Run(std::string_view commandLine) {
     CloseTXMWindow(engine);
     TaskCtrl(engine, kEndTask);
   });
+  const DisplayLoss displayLoss([this] { EndWithoutDisplay(); });
   ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder + std::string(kPortsFile)); });
   if (engine.tables.SpeechEnabled == True) speech_.Start();
   ConnectTimers();
@@ -82,4 +84,15 @@ void Desktop::End() {
   dialogs_.Close();
   mainForm_.Unload();
   QCoreApplication::quit();
+}
+
+void Desktop::EndWithoutDisplay() {
+  Engine& engine = manager_.Parts();
+  try {
+    engine.log.WriteLog(LogType::Error, "Display Lost, Tarvex Manager Ends");
+  } catch (const RunTimeError&) {
+    // the links are closed all the same
+  }
+  CloseLinks(engine);
+  Unload_Tarvex_MainForm(engine);
 }

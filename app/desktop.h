@@ -31,6 +31,8 @@ class Desktop {
   void Tell(const std::string& text);
   void LogMissingSpeech(const std::string& why);
   void End();
+  /// The display has gone: everything but the windows is closed.
+  void EndWithoutDisplay();
 
   PosixSystem system_;
   PosixFiles files_;

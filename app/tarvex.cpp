@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -35,10 +36,19 @@ std::string CommandLine(int argc, char** argv) {
   return line;
 }
 
+/// Qt aborts where it finds no display; a person is told instead.
+void TellOfMissingDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
+  if (type != QtFatalMsg) return;
+  std::cerr << "tarvex: There is no display to open a window on. tarvexd is the same system without a window.\n";
+  std::_Exit(1);
+}
+
 int Run(int argc, char** argv) {
   const std::string words = CommandLine(argc, argv);
   std::signal(SIGPIPE, SIG_IGN);
-  QApplication application(argc, argv);
+  qInstallMessageHandler(TellOfMissingDisplay);
+  const QApplication application(argc, argv);
+  qInstallMessageHandler(nullptr);
   QApplication::setQuitOnLastWindowClosed(false);
   std::setlocale(LC_NUMERIC, "C");
 

@@ -27,16 +27,21 @@ void CloseTerminalLink(Engine& engine) {
 
 }  // namespace
 
-void CloseTXMWindow(Engine& engine) {
+void CloseLinks(Engine& engine) {
   Tables& tables = engine.tables;
   engine.events.Timer1().SetEnabled(false);
-  engine.mainForm.BusyPointer(true);
   CloseTerminalLink(engine);
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
     CloseIfOpen(engine, ch);
     if (tables.ChanOpcEnabled[ch] == True) GoOnAfterFault([&] { engine.publisher.DisconnectOpc(ch); });
     tables.ChanConnected[ch] = False;
   }
+}
+
+void CloseTXMWindow(Engine& engine) {
+  engine.events.Timer1().SetEnabled(false);
+  engine.mainForm.BusyPointer(true);
+  CloseLinks(engine);
   engine.startupForm.BusyPointer(true);
   engine.startupForm.EnableContinue(true);
   engine.startupForm.Show();

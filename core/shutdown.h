@@ -6,6 +6,9 @@ struct Engine;
 /// system is started again or ended. Faults in closing are not reported; the steps go on.
 void CloseTXMWindow(Engine& engine);
 
+/// The part of `CloseTXMWindow` that touches no window: for an end without a display.
+void CloseLinks(Engine& engine);
+
 /// Task 6 of the start-up form: closes every port that is still open and unloads all forms. The caller ends the
 /// program. Other tasks do nothing.
 void TaskCtrl(Engine& engine, int task);

@@ -50,7 +50,7 @@ frmTarvexStartup::frmTarvexStartup()
       cmdEnd_(new FlatButton(this, FlatButton::Look::Menu, "cmdEnd", "&End")),
       cmdExit_(new FlatButton(this, FlatButton::Look::Corner, "cmdExit", "X")) {
   setObjectName("frmTarvexStartup");
-  setWindowTitle("Tarvex");
+  setWindowTitle("Tarvex Manager");
   setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
   setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
   setAttribute(Qt::WA_QuitOnClose, false);

@@ -84,6 +84,8 @@ void frmTXM::Use(Engine& engine, Dialogs& dialogs) {
   dialogs.OnOpen([this](bool open) { TakeDialog(open); });
 }
 
+const QtCanvas& frmTXM::Surface() const { return screen_->Surface(); }
+
 void frmTXM::MakeButtons() {
   const auto make = [this](PanelButton button, int row, const QString& name) {
     const PanelControl& control = ControlOf(button);

@@ -15,6 +15,7 @@
 class Dialogs;
 class FlatButton;
 class QLabel;
+class QtCanvas;
 class WeighScreen;
 struct Engine;
 
@@ -26,6 +27,8 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
 
   /// The running system and the small windows; must come before the form is shown, and outlive it.
   void Use(Engine& engine, Dialogs& dialogs);
+  /// What the rows are drawn on.
+  const QtCanvas& Surface() const;
   /// Unload event, if the form was ever loaded.
   void Unload();
 

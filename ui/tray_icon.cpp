@@ -59,6 +59,7 @@ void AnimateOutline(const QRect& from, const QRect& to) {
   run->setStartValue(from);
   run->setEndValue(to);
   QObject::connect(run, &QPropertyAnimation::finished, outline, &QObject::deleteLater);
+  outline->setWindowFlag(Qt::WindowTransparentForInput);
   outline->setGeometry(from);
   outline->show();
   run->start();
