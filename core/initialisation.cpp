@@ -20,6 +20,16 @@ void ClearWeights(Tables& tables, int ch) {
   tables.ChanNet[ch].clear();
 }
 
+/// What an earlier run showed may not stand as if it were live while a box holds up the first tick.
+void ForgetEarlierRun(Tables& tables) {
+  for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
+    ClearWeights(tables, ch);
+    SetCaption(tables, ch, Caption::Initializing);
+    for (int item = Item::Rx; item <= Item::Error; ++item) tables.ChanIndicator[item][ch] = False;
+  }
+  ForceRepaint(tables);
+}
+
 void SetLampFlagged(Tables& tables, int ch, int item, bool on) {
   tables.ChanIndicator[item][ch] = AsBoolean(on);
   tables.ChanDirty[item][ch] = True;
@@ -135,6 +145,7 @@ void RequestFirstInitialisation(Tables& tables) {
   tables.InitialisationAnnounced = False;
   tables.NextFormatToRead = 0;
   tables.NextChannelToOpen = 0;
+  ForgetEarlierRun(tables);
 }
 
 void FirstInitialisation(Engine& engine, int& ch) {

@@ -3,7 +3,7 @@
 struct Engine;
 struct Tables;
 
-/// Has the next tick run the first initialisation from its beginning.
+/// Has the next tick run the first initialisation from its beginning; until then no row shows a weight or a lamp.
 void RequestFirstInitialisation(Tables& tables);
 
 /// First initialisation: reads format files 0 to 38, then each channel's file and opens its link. A fault is

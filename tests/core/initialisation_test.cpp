@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/scan_engine.h"
+#include "core/startup.h"
 #include "tests/support/test_plant.h"
 
 namespace {
@@ -115,6 +116,19 @@ TEST(InitialisationTest, DamagedFilesCostATickEachAndNoOtherChannel) {
   EXPECT_EQ(plant.tables.ChanConnected[0], True);
   EXPECT_EQ(plant.tables.ChanConnected[2], True);
   EXPECT_EQ(plant.notice.boxes.size(), 2U);
+}
+
+TEST(InitialisationTest, AfterAStopNoRowShowsItsOldWeightWhileAnotherChannelHoldsUpTheStart) {
+  ColdPlant plant;
+  Timer1Tick(plant.cold);
+  plant.tables.ChanGross[2] = "1250";
+  plant.tables.ChanIndicator[Item::Motion][2] = True;
+  LaunchMainScreen(plant.cold);
+  plant.ports.port[0].openError = ErrorNumber::SerialPortInUse;
+  Timer1Tick(plant.cold);
+  EXPECT_EQ(plant.tables.ChanGross[2], "");
+  EXPECT_EQ(plant.tables.ChanStatusText[2], "Initializing...");
+  EXPECT_EQ(plant.tables.ChanIndicator[Item::Motion][2], False);
 }
 
 TEST(InitialisationTest, AChannelIsOpenedAgainFromTheTablesWhenItsSetupAsksForIt) {
