@@ -285,6 +285,7 @@ void frmTXM::ShowWindow() {
   showNormal();
   raise();
   activateWindow();
+  screen_->update();  // a desktop that kept the window's picture asks for no repaint
 }
 
 /// A notification area that went away took the only way back to the window with it.

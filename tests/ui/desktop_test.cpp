@@ -159,6 +159,7 @@ TEST_F(DesktopTest, WithoutANotificationAreaThePanelIsMadeSmallAndSaysSoOnce) {
     ASSERT_TRUE(WaitFor([&] { return plant.panel.isMinimized(); }));
     desktop.Input("search --name ^Tarvex$ windowmap windowactivate");
     EXPECT_TRUE(PanelIsBack());
+    EXPECT_TRUE(WaitFor([&] { return plant.tables.ScreenPainted == True; })) << "the rows stand still";
   }
   const std::string log = Activity();
   const std::size_t told = log.find("no notification area");

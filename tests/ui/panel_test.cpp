@@ -116,6 +116,19 @@ TEST(PanelWindowTest, TheCopyOfACellDoesNotFlagTheOthers) {
   EXPECT_TRUE(WaitFor([&] { return plant.tables.ChanDirty[Item::Gross][31] == True; })) << "a repaint flags every cell";
 }
 
+TEST(PanelWindowTest, ARestoredPanelIsRedrawnEvenOnADesktopThatKeptItsPicture) {
+  OffscreenApplication();
+  PanelPlant plant;
+  plant.Launch();
+  plant.panel.PutInTray();
+  EXPECT_EQ(plant.tables.Minimized, True);
+  QCoreApplication::processEvents();
+  plant.tables.ScreenPainted = False;
+  plant.panel.showNormal();
+  EXPECT_EQ(plant.tables.Minimized, False);
+  EXPECT_TRUE(WaitFor([&] { return plant.tables.ScreenPainted == True; }));
+}
+
 TEST(PanelWindowTest, ClosingTheWindowIsTheEndButtonAlsoInATickAndHeldWhileADialogIsOpen) {
   OffscreenApplication();
   PanelPlant plant;
