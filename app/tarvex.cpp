@@ -27,7 +27,6 @@ constexpr const char* kHelp =
     "\n"
     "Environment:\n"
     "  TARVEX_HOME       folder of the .Cfg and log files; otherwise $XDG_DATA_HOME/tarvex\n"
-    "  TARVEX_SUMMARY=1  print what was read and used when a signal ends the program\n"
     "  TARVEX_SUMMARY=1  print what was read and used when a signal ends the program\n";
 
 std::string CommandLine(int argc, char** argv) {

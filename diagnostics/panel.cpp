@@ -7,10 +7,10 @@ namespace {
 constexpr int kRowStep = 192;  // twips between two row buttons
 
 constexpr PanelControl kControls[kPanelButtons] = {
-    {"cmdPutInTray", "__", "Run Tarvex In Background Mode...", 11100, 36, 564, 516},
-    {"cmdEnd", "X", "Shut Off Tarvex Manager...", 11688, 36, 564, 516},
     {"cmdRefresh", "&Refresh...", "", 10140, 2208, 900, 216},
     {"CmdHelp", "&Help...", "Display/Print Tarvex Information And Help...", 11052, 2208, 888, 216},
+    {"cmdPutInTray", "__", "Run Tarvex In Background Mode...", 11100, 36, 564, 516},
+    {"cmdEnd", "X", "Shut Off Tarvex Manager...", 11688, 36, 564, 516},
     {"cmdDetail", "<< Detail...", "Display Device Detail For This Scale Device Channel (Row)...", 10140, 2448, 900,
      204},
     {"cmdSetup", "<< Setup...", "Setup Tarvex Interface For This Scale Device Channel (Row)...", 11040, 2448, 900, 204},

@@ -17,7 +17,7 @@ struct PanelControl {
 };
 
 /// The buttons in the order of the tab key; the row buttons stand for their 32.
-enum class PanelButton { PutInTray, End, Refresh, Help, Detail, Setup };
+enum class PanelButton { Refresh, Help, PutInTray, End, Detail, Setup };
 inline constexpr int kPanelButtons = 6;
 
 const PanelControl& ControlOf(PanelButton button);

@@ -1,7 +1,6 @@
 #include "ui/background.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include "diagnostics/panel.h"
 #include "ui/logo.h"

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kEndTask = 6;
 
-/// Places in the picture of the large display; the small one has three quarters of everything.
+/// Places in the picture of the large display.
 constexpr QSizeF kForm(1024, 768);
 constexpr QRectF kMark(212, 176, 150, 150);
 constexpr QPointF kName(394, 256);
@@ -75,7 +75,7 @@ void frmTarvexStartup::Use(Engine& engine, std::function<void()> unloadForms) {
 
 void frmTarvexStartup::Fit(int screenWidth) {
   if (screenWidth == 800 || screenWidth == 1024) large_ = screenWidth == 1024;
-  const double factor = large_ ? 1 : 0.78125;
+  const double factor = large_ ? 1 : 800 / kForm.width();
   setFixedSize(Scaled(QRectF(QPointF(0, 0), kForm), factor).size());
   lRevision_->setFont(TextFont(qRound(14 * factor), QFont::Normal));
   lRevision_->setGeometry(Scaled(kRevision, factor));

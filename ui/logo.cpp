@@ -1,7 +1,6 @@
 #include "ui/logo.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include "ui/palette.h"
 
