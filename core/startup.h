@@ -5,7 +5,6 @@
 
 struct Engine;
 struct OsVersion;
-struct Tables;
 
 /// Name of the operating system as the channel count depends on it: "95", "98", "NT3.51", "NT4", "2000";
 /// "Failed" for an unknown platform, empty for an unlisted version of a known one.

@@ -1,7 +1,6 @@
 #include "ui/dialog_style.h"
 
 #include <QDialog>
-#include <QFontDatabase>
 #include <QLabel>
 #include <QWindow>
 

@@ -9,7 +9,6 @@
 class QGridLayout;
 class QLabel;
 class QLineEdit;
-class QPushButton;
 class QScrollBar;
 class QSlider;
 

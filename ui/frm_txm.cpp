@@ -28,8 +28,6 @@ constexpr int kTrayWatchMs = 2000;
 
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
 
-QString QtText(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
-
 bool IsCorner(PanelButton button) { return button == PanelButton::PutInTray || button == PanelButton::End; }
 
 /// Labels cover all of their rectangle, as the buttons do.
@@ -87,19 +85,19 @@ void frmTXM::Use(Engine& engine, Dialogs& dialogs) {
 const QtCanvas& frmTXM::Surface() const { return screen_->Surface(); }
 
 void frmTXM::MakeButtons() {
-  const auto make = [this](PanelButton button, int row, const QString& name) {
+  const auto make = [this](PanelButton button, int row, const QString& index) {
     const PanelControl& control = ControlOf(button);
     const FlatButton::Look look = IsCorner(button) ? FlatButton::Look::Corner : FlatButton::Look::Row;
-    auto* const made = new FlatButton(this, look, name, QtText(control.caption));
-    made->setToolTip(QtText(control.toolTip));
+    auto* const made = new FlatButton(this, look, ToText(control.name) + index, ToText(control.caption));
+    made->setToolTip(ToText(control.toolTip));
     connect(made, &FlatButton::clicked, this, [this, button, row] { Press(button, row); });
     return made;
   };
-  for (std::size_t i = 0; i < kSingleButtons; ++i) single_[i] = make(kSingle[i], 0, QtText(ControlOf(kSingle[i]).name));
+  for (std::size_t i = 0; i < kSingleButtons; ++i) single_[i] = make(kSingle[i], 0, {});
   for (std::size_t row = 0; row < kChannels; ++row) {
     const QString index = QString("(%1)").arg(row);
-    cmdDetail_[row] = make(PanelButton::Detail, static_cast<int>(row), "cmdDetail" + index);
-    cmdSetup_[row] = make(PanelButton::Setup, static_cast<int>(row), "cmdSetup" + index);
+    cmdDetail_[row] = make(PanelButton::Detail, static_cast<int>(row), index);
+    cmdSetup_[row] = make(PanelButton::Setup, static_cast<int>(row), index);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "ui/logo.h"
 
 #include <QPainter>
+#include <QPixmap>
 
 #include "ui/palette.h"
 

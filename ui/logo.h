@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QIcon>
-#include <QPixmap>
 #include <QRectF>
 
 #include "core/forms.h"

@@ -17,7 +17,6 @@ class MessageBoxes {
   enum class Icon { Critical, Exclamation };
 
   void Show(std::string_view caption, std::string_view text, Icon icon = Icon::Critical);
-  bool Standing() const { return shown_.has_value(); }
   /// End of the program: the box that stands is closed, the waiting ones are given up, and no more are shown.
   void DismissAll();
 
