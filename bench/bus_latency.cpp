@@ -5,14 +5,12 @@
 // usage: bus_latency [SECONDS]
 
 #include <sys/mman.h>
-#include <sys/wait.h>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -20,6 +18,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "bench/child.h"
 #include "bench/pty_plant.h"
 #include "tests/platform/dbus/bus_daemon.h"
 
@@ -30,41 +29,8 @@ constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr int kWarmUp = kStreamsASecond;  // streams of the first second, not measured
 constexpr int kMostStreams = 1'000'000;   // six digits
 
-std::int64_t Nanoseconds(clockid_t clock) {
-  timespec time{};
-  clock_gettime(clock, &time);
-  return time.tv_sec * kSecond + time.tv_nsec;
-}
-
-std::int64_t Now() { return Nanoseconds(CLOCK_MONOTONIC); }
-
 /// When each stream was sent, by its weight; shared by the process that sends and the one that listens.
 using SendTimes = std::array<std::int64_t, kMostStreams>;
-
-class Child {
- public:
-  template <typename Work>
-  explicit Child(const Work& work) : pid_(fork()) {
-    if (pid_ != 0) return;
-    work();
-    _exit(1);
-  }
-  ~Child() {
-    kill(pid_, SIGTERM);
-    waitpid(pid_, nullptr, 0);
-  }
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-
-  /// Processor time used so far, in nanoseconds.
-  std::int64_t CpuTime() const {
-    clockid_t clock{};
-    return clock_getcpuclockid(pid_, &clock) == 0 ? Nanoseconds(clock) : 0;
-  }
-
- private:
-  pid_t pid_;
-};
 
 [[noreturn]] void SendStreams(const PtyPlant& plant, SendTimes& sent, int streams) {
   std::int64_t due = Now();
@@ -146,10 +112,6 @@ struct Case {
   double mostP99;  ///< milliseconds
   double mostCpu;  ///< percent of a core
 };
-
-double Percent(std::int64_t part, std::int64_t whole) {
-  return 100.0 * static_cast<double>(part) / static_cast<double>(whole);
-}
 
 /// True if the aims are met.
 bool Measure(const Case& setting, int seconds, SendTimes& sent) {
