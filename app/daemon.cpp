@@ -17,7 +17,6 @@
 namespace {
 
 constexpr std::string_view kPortsFile = "/Tarvex-Ports.Cfg";
-constexpr int kEndTask = 6;
 
 }  // namespace
 

@@ -16,7 +16,6 @@
 namespace {
 
 constexpr std::string_view kPortsFile = "/Tarvex-Ports.Cfg";
-constexpr int kEndTask = 6;
 
 DisplaySize SizeOfDisplay() {
   const QSize size = QGuiApplication::primaryScreen()->size();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "platform/operator_notice.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/speech/speech.h"
@@ -13,7 +11,7 @@ class DesktopNotice : public OperatorNotice {
 
   void MessageBox(std::string_view caption, std::string_view text) override { boxes_.Show(caption, text); }
   void MessageBoxWithDetail(std::string_view caption, std::string_view text, std::string_view detail) override {
-    boxes_.Show(caption, std::string(text) + "\r\n\r\n" + std::string(detail));
+    boxes_.Show(caption, text, detail);
   }
   void Speak(std::string_view sentence) override { speech_.Speak(sentence); }
 

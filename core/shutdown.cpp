@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int kEndTask = 6;
-
 template <typename Step>
 void GoOnAfterFault(const Step& step) {
   try {

@@ -27,7 +27,6 @@ constexpr FormScale kScale1024 = {12, 0, 0, 0, 0};
 constexpr FormScale kScale800 = {15, -19, -13, -18, 1};
 
 bool IsRowButton(PanelButton button) { return button == PanelButton::Detail || button == PanelButton::Setup; }
-bool IsCornerButton(PanelButton button) { return button == PanelButton::PutInTray || button == PanelButton::End; }
 
 int RoundedPixels(int twips, int twipsPerPixel) { return (2 * twips + twipsPerPixel) / (2 * twipsPerPixel); }
 
@@ -39,6 +38,8 @@ struct PanelKey {
 constexpr PanelKey kKeys[] = {{'M', PanelButton::PutInTray}, {'X', PanelButton::End}};
 
 }  // namespace
+
+bool IsCornerButton(PanelButton button) { return button == PanelButton::PutInTray || button == PanelButton::End; }
 
 const PanelControl& ControlOf(PanelButton button) { return kControls[static_cast<int>(button)]; }
 

@@ -22,6 +22,9 @@ inline constexpr int kPanelButtons = 6;
 
 const PanelControl& ControlOf(PanelButton button);
 
+/// The two large buttons in the upper right corner.
+bool IsCornerButton(PanelButton button);
+
 /// Where a button lies in the window, in pixels. `row` 0 to 31 for a row button, 0 for the others.
 CellPlace ButtonPlace(const ScreenLayout& layout, PanelButton button, int row);
 

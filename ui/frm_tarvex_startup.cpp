@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr int kEndTask = 6;
 
 /// Places in the picture of the large display.
 constexpr QSizeF kForm(1024, 768);
@@ -146,7 +145,7 @@ void frmTarvexStartup::paintEvent(QPaintEvent*) {
   painter.drawRoundedRect(kMenu, 8, 8);
   painter.setPen(Palette::Heading);
   painter.setFont(TextFont(16, QFont::Normal));
-  painter.drawText(kMenuTitle, "The scan is stopped.");
+  painter.drawText(kMenuTitle, "The scan is not running.");
 }
 
 void frmTarvexStartup::closeEvent(QCloseEvent* event) {

@@ -28,8 +28,6 @@ constexpr int kTrayWatchMs = 2000;
 
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
 
-bool IsCorner(PanelButton button) { return button == PanelButton::PutInTray || button == PanelButton::End; }
-
 /// Labels cover all of their rectangle, as the buttons do.
 QLabel* MakeLabel(QWidget* parent, const QString& name, const QColor& ink, Qt::Alignment alignment) {
   auto* const label = new QLabel(parent);
@@ -87,7 +85,7 @@ const QtCanvas& frmTXM::Surface() const { return screen_->Surface(); }
 void frmTXM::MakeButtons() {
   const auto make = [this](PanelButton button, int row, const QString& index) {
     const PanelControl& control = ControlOf(button);
-    const FlatButton::Look look = IsCorner(button) ? FlatButton::Look::Corner : FlatButton::Look::Row;
+    const FlatButton::Look look = IsCornerButton(button) ? FlatButton::Look::Corner : FlatButton::Look::Row;
     auto* const made = new FlatButton(this, look, ToText(control.name) + index, ToText(control.caption));
     made->setToolTip(ToText(control.toolTip));
     connect(made, &FlatButton::clicked, this, [this, button, row] { Press(button, row); });

@@ -14,13 +14,14 @@ namespace {
 
 constexpr std::size_t kMostWaiting = 8;
 constexpr int kLongestText = 2000;
+constexpr int kLongestDetail = 300;
 constexpr int kLongestWord = 60;
 
 /// Line ends are kept; what a device or a file put into the text is made harmless, and never widens the box.
-QString BoxText(std::string_view bytes) {
+QString BoxText(std::string_view bytes, int longest) {
   QString text = ToVisibleText(bytes);
   text.replace(ToVisibleText("\r\n"), "\n");
-  if (text.size() > kLongestText) text = text.left(kLongestText) + QChar(0x2026);
+  if (text.size() > longest) text = text.left(longest) + QChar(0x2026);
   QString broken;
   int word = 0;
   for (const QChar character : text) {
@@ -50,8 +51,8 @@ void PutAbove(QWidget& box, const QWidget* owner) {
 
 }  // namespace
 
-void MessageBoxes::Show(std::string_view caption, std::string_view text, Icon icon) {
-  const Box box{ToVisibleText(caption), BoxText(text), icon};
+void MessageBoxes::Show(std::string_view caption, std::string_view text, std::string_view detail, Icon icon) {
+  const Box box{ToVisibleText(caption), BoxText(text, kLongestText), BoxText(detail, kLongestDetail), icon};
   if (ended_ || box == shown_ || std::ranges::find(waiting_, box) != waiting_.end()) return;
   if (waiting_.size() < kMostWaiting) waiting_.push_back(box);
   if (shown_) return;
@@ -67,6 +68,7 @@ bool MessageBoxes::Hold(const Box& box) {
   const auto icon = box.icon == Icon::Critical ? QMessageBox::Critical : QMessageBox::Warning;
   QMessageBox window(icon, box.caption, box.text);
   window.setTextFormat(Qt::PlainText);
+  if (!box.detail.isEmpty()) window.setInformativeText("<p>" + box.detail.toHtmlEscaped() + "</p>");
   window.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
   window.setWindowModality(Qt::ApplicationModal);
   window.setAttribute(Qt::WA_QuitOnClose, false);
@@ -97,5 +99,5 @@ void mb(MessageBoxes& boxes, const RunTimeError& lastError) {
   boxes.Show("Tarvex VantODBC Error",
              "TEST: Channel: 1  JET Database Error: " + std::to_string(lastError.Number()) + "  " +
                  lastError.Description() + "\r\nPlease Contact Orvane Technical Services...",
-             MessageBoxes::Icon::Exclamation);
+             {}, MessageBoxes::Icon::Exclamation);
 }

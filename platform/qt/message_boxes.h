@@ -16,7 +16,8 @@ class MessageBoxes {
  public:
   enum class Icon { Critical, Exclamation };
 
-  void Show(std::string_view caption, std::string_view text, Icon icon = Icon::Critical);
+  /// `detail` stands under the text, such as the device that it is about.
+  void Show(std::string_view caption, std::string_view text, std::string_view detail = {}, Icon icon = Icon::Critical);
   /// End of the program: the box that stands is closed, the waiting ones are given up, and no more are shown.
   void DismissAll();
 
@@ -24,6 +25,7 @@ class MessageBoxes {
   struct Box {
     QString caption;
     QString text;
+    QString detail;
     Icon icon;
     bool operator==(const Box&) const = default;
   };

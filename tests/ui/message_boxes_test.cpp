@@ -77,7 +77,7 @@ TEST_F(MessageBoxesTest, WhateverTheTextTheBoxFitsTheScreen) {
       size = box.frameSize();
       box.accept();
     });
-    boxes.Show("Tarvex Scan System Error", text);
+    boxes.Show("Tarvex Scan System Error", text, text);
     EXPECT_EQ(size.boundedTo(QGuiApplication::primaryScreen()->size()), size) << text.substr(0, 10);
     EXPECT_EQ(human.texts.at(0).left(1), ToVisibleText(text).left(1));
   }
