@@ -81,9 +81,6 @@ void frmTarvexStartup::Fit(int screenWidth) {
   cmdContinue_->setGeometry(Scaled(kContinue, factor));
   cmdEnd_->setGeometry(Scaled(kEnd, factor));
   cmdExit_->setGeometry(Scaled(kExit, factor));
-  if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-    move(screen->geometry().center() - rect().center());
-  }
   update();
 }
 
@@ -92,6 +89,7 @@ void frmTarvexStartup::SetRevision(std::string_view text) { lRevision_->setText(
 void frmTarvexStartup::ShowLogo(int screenWidth) { Fit(screenWidth); }
 
 void frmTarvexStartup::Show() {
+  move(QGuiApplication::primaryScreen()->geometry().center() - rect().center());
   show();
   raise();
   activateWindow();

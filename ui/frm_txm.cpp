@@ -60,6 +60,9 @@ frmTXM::frmTXM()
   setAttribute(Qt::WA_QuitOnClose, false);
   MakeButtons();
   MakeLabels();
+  connect(QGuiApplication::primaryScreen(), &QScreen::geometryChanged, this, [this] {
+    if (layout_ != nullptr) PutInMiddle();
+  });
   noticeTime_.setSingleShot(true);
   connect(&noticeTime_, &QTimer::timeout, this, [this] { notice_->clear(); });
   connect(&debugTime_, &QTimer::timeout, this,
@@ -173,7 +176,7 @@ void frmTXM::ApplyLayout(int screenWidth) {
   layout_ = &LayoutFor(screenWidth);
   setFixedSize(layout_->width, layout_->height);
   screen_->SetLayout(*layout_);
-  move(MiddleOf(QGuiApplication::primaryScreen()->geometry(), *layout_).topLeft());
+  PutInMiddle();
   ForEachButton([this](PanelButton button, int row) {
     const CellPlace place = ButtonPlace(*layout_, button, row);
     ButtonOf(button, row)->setGeometry(place.x, place.y, place.width, place.height);
@@ -186,6 +189,8 @@ void frmTXM::ApplyLayout(int screenWidth) {
   RedrawForScale();
   gdi_->SetUp();
 }
+
+void frmTXM::PutInMiddle() { move(MiddleOf(QGuiApplication::primaryScreen()->geometry(), *layout_).topLeft()); }
 
 void frmTXM::PlaceLabels() {
   const bool large = layout_->width > 800;

@@ -66,6 +66,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void Press(PanelButton button, int row);
   void TakeDialog(bool open);
   void EnableButtons();
+  void PutInMiddle();
   void PlaceLabels();
   void RedrawForScale();
   void KeepReachable();
