@@ -17,7 +17,6 @@
 
 namespace {
 
-
 /// Places in the picture of the large display.
 constexpr QSizeF kForm(1024, 768);
 constexpr QRectF kMark(212, 176, 150, 150);

@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
@@ -17,31 +16,14 @@
 #include "ui/dialogs.h"
 #include "ui/flat_button.h"
 #include "ui/logo.h"
-#include "ui/palette.h"
+#include "ui/status_line.h"
 #include "ui/weigh_screen.h"
 
 namespace {
 
-constexpr int kNoticeMs = 15'000;
-constexpr int kDebugMs = 1000;
 constexpr int kTrayWatchMs = 2000;
 
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
-
-/// Labels cover all of their rectangle, as the buttons do.
-QLabel* MakeLabel(QWidget* parent, const QString& name, const QColor& ink, Qt::Alignment alignment) {
-  auto* const label = new QLabel(parent);
-  label->setObjectName(name);
-  label->setTextFormat(Qt::PlainText);
-  label->setAlignment(alignment | Qt::AlignVCenter);
-  label->setAttribute(Qt::WA_TransparentForMouseEvents);
-  QPalette colours = label->palette();
-  colours.setColor(QPalette::Window, Palette::Frame);
-  colours.setColor(QPalette::WindowText, ink);
-  label->setPalette(colours);
-  label->setAutoFillBackground(true);
-  return label;
-}
 
 QRect MiddleOf(const QRect& screen, const ScreenLayout& layout) {
   return {screen.x() + (screen.width() - layout.width) / 2, screen.y() + (screen.height() - layout.height) / 2,
@@ -52,6 +34,7 @@ QRect MiddleOf(const QRect& screen, const ScreenLayout& layout) {
 
 frmTXM::frmTXM()
     : screen_(new WeighScreen(this)),
+      statusLine_(new StatusLine(this)),
       tray_({[this] { RestoreByMenu(*engine_, *this); }, [this] { RestoreByDoubleClick(*engine_, *this); }}) {
   setObjectName("frmTXM");
   setWindowTitle("Tarvex");
@@ -59,14 +42,10 @@ frmTXM::frmTXM()
   setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
   setAttribute(Qt::WA_QuitOnClose, false);
   MakeButtons();
-  MakeLabels();
+  screen_->OnMouseMoved([this](QPoint place) { statusLine_->ShowMouse(place); });
   connect(QGuiApplication::primaryScreen(), &QScreen::geometryChanged, this, [this] {
     if (layout_ != nullptr) PutInMiddle();
   });
-  noticeTime_.setSingleShot(true);
-  connect(&noticeTime_, &QTimer::timeout, this, [this] { notice_->clear(); });
-  connect(&debugTime_, &QTimer::timeout, this,
-          [this] { lDebugMode_->setText(ToText(DebugLabelText(engine_->tables))); });
   connect(&trayWatch_, &QTimer::timeout, this, [this] { KeepReachable(); });
 }
 
@@ -102,19 +81,6 @@ void frmTXM::MakeButtons() {
   }
 }
 
-void frmTXM::MakeLabels() {
-  lRevision_ = MakeLabel(this, "lRevision", Palette::Quiet, Qt::AlignLeft);
-  lDebugMode_ = MakeLabel(this, "lDebugMode", Palette::Warning, Qt::AlignLeft);
-  lDebugMode_->hide();
-  notice_ = MakeLabel(this, "lNotice", Palette::Heading, Qt::AlignLeft);
-  lfx_ = MakeLabel(this, "lfx", Palette::Quiet, Qt::AlignRight);
-  lfy_ = MakeLabel(this, "lfy", Palette::Quiet, Qt::AlignRight);
-  screen_->OnMouseMoved([this](QPoint place) {
-    lfx_->setText(QString::number(place.x()));
-    lfy_->setText(QString::number(place.y()));
-  });
-}
-
 FlatButton* frmTXM::ButtonOf(PanelButton button, int row) const {
   if (button == PanelButton::Detail) return cmdDetail_[static_cast<std::size_t>(row)];
   if (button == PanelButton::Setup) return cmdSetup_[static_cast<std::size_t>(row)];
@@ -142,7 +108,8 @@ void frmTXM::Press(PanelButton button, int row) {
     case PanelButton::Detail:
       return dialogs_->cmdDetail(row, this);
     case PanelButton::Setup:
-      return Tell(QString("No setup screen yet: edit Tarvex-SCALE%1.Cfg, close with X, and continue.").arg(row + 1));
+      return statusLine_->Tell(
+          QString("No setup screen yet: edit Tarvex-SCALE%1.Cfg, then X and Continue.").arg(row + 1));
     case PanelButton::Help:
       return;
   }
@@ -181,7 +148,7 @@ void frmTXM::ApplyLayout(int screenWidth) {
     const CellPlace place = ButtonPlace(*layout_, button, row);
     ButtonOf(button, row)->setGeometry(place.x, place.y, place.width, place.height);
   });
-  PlaceLabels();
+  PlaceStatusLine();
   show();
   engine_->events.DoEvents();
   connect(windowHandle(), &QWindow::screenChanged, this, [this] { RedrawForScale(); });
@@ -192,26 +159,12 @@ void frmTXM::ApplyLayout(int screenWidth) {
 
 void frmTXM::PutInMiddle() { move(MiddleOf(QGuiApplication::primaryScreen()->geometry(), *layout_).topLeft()); }
 
-void frmTXM::PlaceLabels() {
+void frmTXM::PlaceStatusLine() {
   const bool large = layout_->width > 800;
-  const int height = large ? 20 : 16;
   const int left = layout_->columns[Item::Rx].x - 8;
-  const int right = layout_->width - left;
-  const int top = layout_->height - (layout_->height - PlaceOf(*layout_, kChannels - 1, Item::Rx).y) / 2 - 2;
-  QFont font("Liberation Sans");
-  font.setPixelSize(large ? 13 : 11);
-  int x = left;
-  for (auto [label, width] :
-       {std::pair{lRevision_, 90}, {lDebugMode_, lDebugMode_->isHidden() ? 0 : 275}, {notice_, 520}}) {
-    label->setFont(font);
-    label->setGeometry(x, top, large ? width : width * 5 / 6, height);
-    x += label->width();
-  }
-  x = right;
-  for (QLabel* label : {lfy_, lfx_}) {
-    label->setFont(font);
-    label->setGeometry(x -= 36, top, 36, height);
-  }
+  const int lastRow = PlaceOf(*layout_, kChannels - 1, Item::Rx).y;
+  statusLine_->SetTextHeight(large ? 13 : 11);
+  statusLine_->setGeometry(left, (layout_->height + lastRow) / 2 - 2, layout_->width - 2 * left, large ? 20 : 16);
 }
 
 void frmTXM::RedrawForScale() {
@@ -235,23 +188,16 @@ void frmTXM::TakeDialog(bool open) {
   if (!open && focusBeforeDialog_ != nullptr) focusBeforeDialog_->setFocus();
 }
 
-void frmTXM::SetRevision(std::string_view text) { lRevision_->setText(ToText(text)); }
+void frmTXM::SetRevision(std::string_view text) { statusLine_->SetRevision(ToText(text)); }
 
 void frmTXM::ShowDebugLabel(bool visible) {
-  lDebugMode_->setText(ToText(DebugLabelText(engine_->tables)));
-  lDebugMode_->setVisible(visible);
-  visible ? debugTime_.start(kDebugMs) : debugTime_.stop();
-  PlaceLabels();
+  if (!visible) return statusLine_->ShowDebug(nullptr);
+  statusLine_->ShowDebug([this] { return ToText(DebugLabelText(engine_->tables)); });
 }
 
 void frmTXM::EnablePutInTray(bool enabled) { ButtonOf(PanelButton::PutInTray, 0)->setEnabled(enabled); }
 
 void frmTXM::BusyPointer(bool busy) { busy ? setCursor(Qt::WaitCursor) : unsetCursor(); }
-
-void frmTXM::Tell(const QString& notice) {
-  notice_->setText(notice);
-  noticeTime_.start(kNoticeMs);
-}
 
 void frmTXM::PutInTray() { ::PutInTray(*engine_, *this); }
 
@@ -261,7 +207,7 @@ void frmTXM::AddIcon() {
   if (TrayIcon::AreaIsThere() || toldOfMissingTray_) return;
   toldOfMissingTray_ = true;
   const QString notice = "This desktop has no notification area: the window was made small instead.";
-  notice_->setText(notice);
+  statusLine_->TellUntilNext(notice);  // the window goes out of sight now
   ReportFault(*engine_, [&] { engine_->log.WriteLog(LogType::Activity, ToBytes(notice)); });
 }
 

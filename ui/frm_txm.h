@@ -14,8 +14,8 @@
 
 class Dialogs;
 class FlatButton;
-class QLabel;
 class QtCanvas;
+class StatusLine;
 class WeighScreen;
 struct Engine;
 
@@ -59,7 +59,6 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void ShowWindow() override;
 
   void MakeButtons();
-  void MakeLabels();
   FlatButton* ButtonOf(PanelButton button, int row) const;
   template <typename Action>
   void ForEachButton(const Action& action) const;
@@ -67,10 +66,9 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void TakeDialog(bool open);
   void EnableButtons();
   void PutInMiddle();
-  void PlaceLabels();
+  void PlaceStatusLine();
   void RedrawForScale();
   void KeepReachable();
-  void Tell(const QString& notice);
 
   Engine* engine_ = nullptr;
   Dialogs* dialogs_ = nullptr;
@@ -81,12 +79,10 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   bool toldOfMissingTray_ = false;
 
   WeighScreen* screen_;
+  StatusLine* statusLine_;
   std::array<FlatButton*, kSingleButtons> single_{};
   std::array<FlatButton*, kChannels> cmdDetail_{}, cmdSetup_{};
-  QLabel *lRevision_, *lDebugMode_, *lfx_, *lfy_, *notice_;
   QWidget* focusBeforeDialog_ = nullptr;
   TrayIcon tray_;
-  QTimer noticeTime_;
-  QTimer debugTime_;  ///< runs while `lDebugMode` is shown
   QTimer trayWatch_;  ///< runs while the window is hidden behind the icon
 };
