@@ -97,18 +97,6 @@ TEST_F(DialogsTest, AChannelSetUpForTheMissingVirtualTerminalSaysSoAndLeavesTheB
   EXPECT_TRUE(announced.empty());
 }
 
-TEST_F(DialogsTest, TheDetailFollowsTheScanAndStartsBlankAgain) {
-  dialogs.cmdDetail(kCh, nullptr);
-  EXPECT_EQ(Ld(0), "");
-  EXPECT_EQ(Ld(21), "Silo 5");
-  plant.Tick(kCh, "  1250\n");
-  EXPECT_EQ(Ld(0), ToText(tables.ChanGross[kCh]));
-  EXPECT_EQ(Ld(3), "0");
-  dialogs.Close();
-  dialogs.cmdDetail(kCh, nullptr);
-  EXPECT_EQ(Ld(0), "");
-}
-
 TEST_F(DialogsTest, TheRawStreamIsShownWithItsControlCharactersInDebugMode) {
   tables.DebugMode = True;
   dialogs.cmdDetail(kCh, nullptr);
@@ -162,17 +150,6 @@ class RefreshTest : public DialogsTest {
     QTest::keyClicks(Box(box), text);
   }
 };
-
-TEST_F(RefreshTest, ThePositionOfTheSliderTakesEffectWithTheUpdate) {
-  QTest::keyClick(Find<QSlider>("frmRefresh", "Slider1"), Qt::Key_End);
-  EXPECT_THAT(Boxes(), ElementsAre("50", "5", "15", "1", "50", "5"));
-  EXPECT_EQ(plant.events.timer1.interval, 15);
-  Click("frmRefresh", "cmdUpdate");
-  EXPECT_EQ(plant.events.timer1.interval, 50);
-  EXPECT_EQ(plant.events.gdiTimer.interval, 50);
-  EXPECT_EQ(tables.Timer1Sleep, 5);
-  EXPECT_EQ(tables.TxTimerSleep, 0) << "never read from its box";
-}
 
 TEST_F(RefreshTest, OnlyNumbersCanBeTypedAndAnUpdateBringsThemInsideTheirLimits) {
   Click("frmRefresh", "cmdAdvanced");
