@@ -31,6 +31,14 @@
 
 namespace {
 
+constexpr int kSettled = 100;        // rounds
+constexpr long kMostGrowth = 2'000;  // kilobytes
+
+struct Holdings {
+  long memory;  ///< kilobytes
+  std::size_t descriptors, drawingObjects;
+};
+
 /// The desktop without its bus and its boxes.
 class DesktopPlant {
  public:
@@ -59,10 +67,7 @@ class DesktopPlant {
     CloseTXMWindow(engine);
     Require(notice.boxes.empty(), "there was a box");
   }
-  void Print(int round) const {
-    std::printf("%6d %12ld %12zu %16zu\n", round, ResidentSizeOf("self"), OpenDescriptors(), panel.Surface().Held());
-    std::fflush(stdout);
-  }
+  Holdings Held() const { return {ResidentSizeOf("self"), OpenDescriptors(), panel.Surface().Held()}; }
 
  private:
   static void Require(bool holds, const char* otherwise) {
@@ -97,8 +102,17 @@ int main(int count, char** texts) {
   QApplication::setQuitOnLastWindowClosed(false);
   DesktopPlant desktop;
   std::printf("%6s %12s %12s %16s\n", "round", "memory kB", "descriptors", "drawing objects");
+  Holdings settled{}, now{};
   for (int round = 1; round <= rounds; ++round) {
     desktop.Round(100'000 + round);
-    if (round == 1 || round == rounds || round % 100 == 0) desktop.Print(round);
+    if (round != 1 && round != rounds && round % kSettled != 0) continue;
+    now = desktop.Held();
+    if (round <= kSettled) settled = now;
+    std::printf("%6d %12ld %12zu %16zu\n", round, now.memory, now.descriptors, now.drawingObjects);
+    std::fflush(stdout);
   }
+  const bool grown = now.memory > settled.memory + kMostGrowth || now.descriptors > settled.descriptors ||
+                     now.drawingObjects > settled.drawingObjects;
+  std::printf("Aim: no growth after the first %d rounds: %s\n", kSettled, grown ? "missed" : "met");
+  return grown ? 1 : 0;
 }

@@ -6,10 +6,19 @@
 
 #include "ui/background.h"
 
+namespace {
+
+/// Pixels by which a cell's place is widened up and down when it is shown anew, so that a screen full of changed
+/// cells is a few columns to the window system and not hundreds of small places.
+constexpr int kJoin = 3;
+
+}  // namespace
+
 WeighScreen::WeighScreen(QWidget* parent)
     : QWidget(parent), canvas_([this](const QRect& area) {
-        copied_ += area;
-        update(area);
+        const QRect joined = area.adjusted(0, -kJoin, 0, kJoin);
+        copied_ += joined;
+        update(joined);
       }) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
