@@ -63,7 +63,7 @@ struct Case {
 };
 
 constexpr double kLongestFirstWeight = 2;  // seconds
-constexpr long kMostMemory = 120 * 1024;   // kilobytes
+constexpr long kMostMemory = 120L * 1024;  // kilobytes
 
 /// True if the aims are met.
 bool Measure(const Case& setting, int seconds) {

@@ -35,9 +35,9 @@ void ConnectOpc(Tables& tables, OpcControl& opc, Log& log, int ch, bool reinit) 
              DevicePrefix(ch) + "Connecting... Status: " + connected + handleMark + connectHandle,
              "OPC: " + connected + " : " + connectHandle);
 
-  for (std::int16_t item = 0; item < tables.ChanOpcTag.Size(); ++item) {
+  for (int item = 0; item < tables.ChanOpcTag.Size(); ++item) {
     const std::string& tag = tables.ChanOpcTag[item][ch];
-    if (!Trim(tag).empty()) opc.AddTag(item, tag);
+    if (!Trim(tag).empty()) opc.AddTag(static_cast<std::int16_t>(item), tag);
   }
   opc.CreateGroup();
   const std::string created = opc.GroupStatus();

@@ -44,7 +44,7 @@ class Service {
   /// A service that has gone away since the last sentence is connected, and if need be started, once more.
   std::string Say(const std::string& sentence) {
     for (int attempt = 0; attempt < 2; ++attempt) {
-      if (const std::string why = Connect(); !why.empty()) return why;
+      if (std::string why = Connect(); !why.empty()) return why;
       if (spd_say(connection_, SPD_MESSAGE, sentence.c_str()) >= 0) return {};
       Disconnect();
     }

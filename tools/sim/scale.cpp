@@ -55,7 +55,7 @@ void Scale::WatchMotion() {
 
 Reading Scale::Read() const {
   const std::int64_t gross = Counts(Seen() - zero_);
-  const std::int64_t most = Counts(settings_.capacity) + kIncrementsOverCapacity * settings_.countBy;
+  const std::int64_t most = Counts(settings_.capacity) + std::int64_t{kIncrementsOverCapacity} * settings_.countBy;
   Reading reading;
   reading.indicated = gross - tare_;
   reading.tare = tare_;
