@@ -1,5 +1,6 @@
 #include "ui/frm_txm.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -22,6 +23,7 @@
 namespace {
 
 constexpr int kTrayWatchMs = 2000;
+constexpr int kActivateAgainMs = 200;
 
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
 
@@ -233,6 +235,10 @@ void frmTXM::ShowWindow() {
   raise();
   activateWindow();
   screen_->update();  // a desktop that kept the window's picture asks for no repaint
+  // The end of the click on the icon may take the keyboard away from the window again.
+  QTimer::singleShot(kActivateAgainMs, this, [this] {
+    if (isVisible() && QApplication::activeWindow() == nullptr) activateWindow();
+  });
 }
 
 /// A notification area that went away took the only way back to the window with it.
