@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include "diagnostics/panel.h"
+#include "ui/fonts.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -47,13 +48,6 @@ struct Picture {
   const ScreenLayout& layout;
   int top, bottom, left, trafficRight, statusLeft, right;
 };
-
-QFont TextFont(double pixels, QFont::Weight weight) {
-  QFont font("Liberation Sans");
-  font.setPixelSize(qRound(pixels));
-  font.setWeight(weight);
-  return font;
-}
 
 void DrawFrame(QPainter& painter, const Picture& picture) {
   const ScreenLayout& layout = picture.layout;
@@ -153,7 +147,7 @@ void DrawTitle(QPainter& painter, const Picture& picture) {
   painter.setFont(TextFont(picture.Size(38), QFont::Bold));
   painter.drawText(QPointF(textX, y + picture.Size(32)), "Tarvex");
   painter.setPen(Palette::Heading);
-  painter.setFont(TextFont(picture.Size(15), QFont::Normal));
+  painter.setFont(TextFont(picture.Size(15)));
   painter.drawText(QPointF(textX + 1, y + picture.Size(54)), "Orvane scale communications manager");
 }
 

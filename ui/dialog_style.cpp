@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QWindow>
 
+#include "ui/fonts.h"
 #include "ui/palette.h"
 
 namespace {
@@ -30,9 +31,7 @@ QString StyleSheet() {
 
 void ApplyDialogStyle(QDialog& dialog) {
   dialog.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-  QFont font("Liberation Sans");
-  font.setPixelSize(13);
-  dialog.setFont(font);
+  dialog.setFont(TextFont(13));
   dialog.setStyleSheet(StyleSheet());
   dialog.setAttribute(Qt::WA_QuitOnClose, false);
 }
@@ -41,13 +40,6 @@ QLabel* MakeCaption(const QString& text, QWidget* parent) {
   auto* caption = new QLabel(text, parent);
   caption->setTextFormat(Qt::PlainText);
   return caption;
-}
-
-QFont NumberFont(int pixels) {
-  QFont font("Liberation Mono");
-  font.setStyleHint(QFont::Monospace);
-  font.setPixelSize(pixels);
-  return font;
 }
 
 void ShowAbove(QDialog& dialog, const QWidget* owner) {

@@ -1,7 +1,6 @@
 #pragma once
 
 class QDialog;
-class QFont;
 class QLabel;
 class QString;
 class QWidget;
@@ -12,7 +11,5 @@ class QWidget;
 void ApplyDialogStyle(QDialog& dialog);
 /// A caption beside or above a field.
 QLabel* MakeCaption(const QString& text, QWidget* parent);
-/// Digits of one width, `pixels` high.
-QFont NumberFont(int pixels);
 /// Shows the dialog above `owner`, which may be null, and gives it the keyboard.
 void ShowAbove(QDialog& dialog, const QWidget* owner);

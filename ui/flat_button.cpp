@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "ui/fonts.h"
 #include "ui/palette.h"
 
 namespace {
@@ -49,10 +50,7 @@ void FlatButton::paintEvent(QPaintEvent*) {
 
   const bool light = look_ == Look::Corner;
   const QColor ink = isEnabled() ? (light ? Palette::HeadingStrong : Palette::ButtonText) : Palette::ButtonGreyedText;
-  QFont captionFont("Liberation Sans");
-  captionFont.setPixelSize(qRound(CaptionSize(look_, height())));
-  captionFont.setWeight(look_ == Look::Row ? QFont::Medium : QFont::Bold);
-  painter.setFont(captionFont);
+  painter.setFont(TextFont(CaptionSize(look_, height()), look_ == Look::Row ? QFont::Medium : QFont::Bold));
   painter.setPen(ink);
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine, text());
 }

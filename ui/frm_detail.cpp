@@ -8,6 +8,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/dialog_style.h"
+#include "ui/fonts.h"
 #include "ui/palette.h"
 #include "ui/value_label.h"
 

@@ -14,6 +14,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/dialog_style.h"
+#include "ui/fonts.h"
 
 namespace {
 

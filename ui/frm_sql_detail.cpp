@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "ui/dialog_style.h"
+#include "ui/fonts.h"
 
 namespace {
 

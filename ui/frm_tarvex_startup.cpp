@@ -12,6 +12,7 @@
 #include "core/startup.h"
 #include "platform/qt/text.h"
 #include "ui/flat_button.h"
+#include "ui/fonts.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -28,13 +29,6 @@ constexpr QRectF kContinue(252, 470, 250, 64);
 constexpr QRectF kEnd(522, 470, 250, 64);
 constexpr QRectF kExit(974, 3, 47, 43);
 constexpr QPointF kMenuTitle(252, 446);
-
-QFont TextFont(int pixels, QFont::Weight weight) {
-  QFont font("Liberation Sans");
-  font.setPixelSize(pixels);
-  font.setWeight(weight);
-  return font;
-}
 
 QRect Scaled(const QRectF& place, double factor) {
   return QRectF(place.topLeft() * factor, place.size() * factor).toRect();
@@ -75,7 +69,7 @@ void frmTarvexStartup::Fit(int screenWidth) {
   if (screenWidth == 800 || screenWidth == 1024) large_ = screenWidth == 1024;
   const double factor = large_ ? 1 : 800 / kForm.width();
   setFixedSize(Scaled(QRectF(QPointF(0, 0), kForm), factor).size());
-  lRevision_->setFont(TextFont(qRound(14 * factor), QFont::Normal));
+  lRevision_->setFont(TextFont(14 * factor));
   lRevision_->setGeometry(Scaled(kRevision, factor));
   cmdContinue_->setGeometry(Scaled(kContinue, factor));
   cmdEnd_->setGeometry(Scaled(kEnd, factor));
@@ -133,7 +127,7 @@ void frmTarvexStartup::paintEvent(QPaintEvent*) {
   painter.setFont(TextFont(88, QFont::Bold));
   painter.drawText(kName, "Tarvex");
   painter.setPen(Palette::Heading);
-  painter.setFont(TextFont(22, QFont::Normal));
+  painter.setFont(TextFont(22));
   painter.drawText(kSubtitle, "Orvane scale communications manager");
   if (!menuVisible_) return;
 
@@ -141,7 +135,7 @@ void frmTarvexStartup::paintEvent(QPaintEvent*) {
   painter.setBrush(Palette::Frame);
   painter.drawRoundedRect(kMenu, 8, 8);
   painter.setPen(Palette::Heading);
-  painter.setFont(TextFont(16, QFont::Normal));
+  painter.setFont(TextFont(16));
   painter.drawText(kMenuTitle, "The scan is not running.");
 }
 

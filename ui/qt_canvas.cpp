@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "platform/qt/text.h"
+#include "ui/fonts.h"
 
 namespace {
 
@@ -71,9 +72,7 @@ DrawingHandle QtCanvas::CreatePen(Colour colour) { return Keep(Pen{colour}); }
 DrawingHandle QtCanvas::CreateBrush(Colour colour) { return Keep(Brush{colour}); }
 
 DrawingHandle QtCanvas::CreateFont(const FontShape& shape) {
-  QFont font("Liberation Sans");  // has the metrics of Arial
-  font.setPixelSize(static_cast<int>(std::lround(shape.height * kSizeOfHeight)));
-  font.setWeight(QFont::Weight(shape.weight));
+  QFont font = TextFont(shape.height * kSizeOfHeight, QFont::Weight(shape.weight));
   font.setStretch(static_cast<int>(std::lround(100 * shape.width / (kWidthOfHeight * shape.height))));
   const QFontMetricsF metrics(font);
   return Keep(LineFont{font, std::round(metrics.ascent()), std::floor(metrics.descent())});

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include "ui/fonts.h"
 #include "ui/palette.h"
 
 namespace {
@@ -55,9 +56,7 @@ QLabel* StatusLine::MakeLabel(const char* name, const QColor& ink) {
 }
 
 void StatusLine::SetTextHeight(int pixels) {
-  QFont font("Liberation Sans");
-  font.setPixelSize(pixels);
-  for (QLabel* label : {lRevision_, lDebugMode_, lNotice_, lfx_, lfy_}) label->setFont(font);
+  for (QLabel* label : {lRevision_, lDebugMode_, lNotice_, lfx_, lfy_}) label->setFont(TextFont(pixels));
 }
 
 void StatusLine::SetRevision(const QString& text) { lRevision_->setText(text); }
