@@ -14,12 +14,6 @@
 #include "core/transmission.h"
 #include "platform/qt/termination.h"
 
-namespace {
-
-constexpr std::string_view kPortsFile = "/Tarvex-Ports.Cfg";
-
-}  // namespace
-
 Daemon::Daemon(const std::string& programFolder, const DaemonOptions& options)
     : options_(options),
       system_(programFolder),
@@ -37,7 +31,7 @@ int Daemon::Run(std::string_view commandLine) {
   if (!Main(engine, commandLine)) return 1;
 
   const Termination termination([] { QCoreApplication::quit(); });
-  LoadPortAddresses();
+  ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder); });
   OpenScreen();
   if (engine.tables.SpeechEnabled == True) StartSpeech();
   ConnectTimers();
@@ -50,17 +44,10 @@ int Daemon::Run(std::string_view commandLine) {
   return 0;
 }
 
-void Daemon::LoadPortAddresses() {
-  ReportFault(manager_.Parts(),
-              [&] { addresses_.Load(files_, manager_.Store().ProgramFolder + std::string(kPortsFile)); });
-}
-
 void Daemon::StartSpeech() {
   // The speech thread tells of its faults; they are written on this one.
-  speech_ = std::make_unique<Speech>([this](const std::string& why) {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [this, why] { notice_.Write(why); }, Qt::QueuedConnection);
-  });
+  speech_ = std::make_unique<Speech>(
+      [this](const std::string& why) { RunInMessageLoop([this, why] { notice_.Write(why); }); });
   speech_->Start();
   notice_.SpeakWith([this](std::string_view sentence) { speech_->Speak(sentence); });
 }

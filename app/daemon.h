@@ -36,7 +36,6 @@ class Daemon {
   int Run(std::string_view commandLine);
 
  private:
-  void LoadPortAddresses();
   void StartSpeech();
   void OpenScreen();
   void CloseScreen();

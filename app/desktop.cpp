@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <iostream>
+#include <utility>
 
 #include "core/error_trap.h"
 #include "core/gdi_timer.h"
@@ -15,17 +16,9 @@
 
 namespace {
 
-constexpr std::string_view kPortsFile = "/Tarvex-Ports.Cfg";
-
 DisplaySize SizeOfDisplay() {
   const QSize size = QGuiApplication::primaryScreen()->size();
   return {size.width(), size.height()};
-}
-
-/// Has a text of another thread told on the one of the windows.
-template <typename Action>
-void OnWindowThread(Action action) {
-  QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action), Qt::QueuedConnection);
 }
 
 }  // namespace
@@ -33,7 +26,7 @@ void OnWindowThread(Action action) {
 Desktop::Desktop(const std::string& programFolder, bool summary)
     : system_(programFolder, SizeOfDisplay()),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
-      speech_([this](const std::string& why) { OnWindowThread([this, why] { LogMissingSpeech(why); }); }),
+      speech_([this](const std::string& why) { RunInMessageLoop([this, why] { LogMissingSpeech(why); }); }),
       notice_(boxes_, speech_),
       manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
       bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }),
@@ -48,19 +41,24 @@ int Desktop::Run(std::string_view commandLine) {
   Engine& engine = manager_.Parts();
   if (!Main(engine, commandLine)) return 1;
   const Termination termination([this, &engine] {
-    if (printSummary_) std::cout << summary_.Text(engine.tables) << std::endl;
+    if (std::exchange(printSummary_, false)) std::cout << summary_.Text(engine.tables) << std::endl;
     CloseTXMWindow(engine);
     TaskCtrl(engine, kEndTask);
   });
   const DisplayLoss displayLoss([this] { EndWithoutDisplay(); });
-  ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder + std::string(kPortsFile)); });
-  if (engine.tables.SpeechEnabled == True) speech_.Start();
-  ConnectTimers();
-  LoadStartupForm(engine);
-  bus_.Start();
+  RunInMessageLoop([this] { Start(); });  // what ends the program ends a loop that runs
   QCoreApplication::exec();
   bus_.Stop();
   return 0;
+}
+
+void Desktop::Start() {
+  Engine& engine = manager_.Parts();
+  ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder); });
+  if (engine.tables.SpeechEnabled == True) speech_.Start();
+  ConnectTimers();
+  bus_.Start();
+  LoadStartupForm(engine);
 }
 
 void Desktop::ConnectTimers() {

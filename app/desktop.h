@@ -20,13 +20,15 @@
 /// The operator's desktop program, put together with its windows and its real outside. Needs a `QApplication`.
 class Desktop {
  public:
-  /// `summary`: a line on standard output at the end.
+  /// `summary`: a line on standard output when a signal ends the program.
   Desktop(const std::string& programFolder, bool summary);
 
   /// Runs the system until the operator or a signal ends it; returns the exit status, 1 if the start was refused.
   int Run(std::string_view commandLine);
 
  private:
+  /// Everything from the files to the first form; with each box of it in the message loop.
+  void Start();
   void ConnectTimers();
   void Tell(const std::string& text);
   void LogMissingSpeech(const std::string& why);

@@ -50,7 +50,7 @@ class DesktopPlant {
     events.TxTimer().OnTick([this] { TxTimerTick(engine); });
     events.GDITimer().OnTick([this] { GDITimerTick(engine); });
     if (!Main(engine, "NOMINIMIZE")) throw std::runtime_error(notice.boxes.at(0).text);
-    addresses.Load(files, plant.Folder() / "Tarvex-Ports.Cfg");
+    addresses.Load(files, plant.Folder());
     LoadStartupForm(engine);
   }
 

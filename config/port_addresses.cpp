@@ -10,12 +10,14 @@
 
 namespace {
 
+constexpr std::string_view kFileName = "/Tarvex-Ports.Cfg";
 constexpr int kFirstPort = 1;
 constexpr int kLastPort = 68;
 
 }  // namespace
 
-void PortAddresses::Load(Files& files, const std::string& path) {
+void PortAddresses::Load(Files& files, const std::string& programFolder) {
+  const std::string path = programFolder + std::string(kFileName);
   addresses_.clear();
   const std::string content = files.Read(path);
   std::exception_ptr firstFault;

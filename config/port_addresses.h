@@ -10,10 +10,10 @@
 /// line a port: number (1 to 68), address in double quotes. An address is a device path or `tcp://host:port`.
 class PortAddresses {
  public:
-  /// Reads the file in place of what was read before. A missing file is none and is not created: every port has
-  /// its own name then. With two lines for one port the last one holds. Raises for the first damaged line, with
-  /// file, line and field; the lines that are good hold all the same.
-  void Load(Files& files, const std::string& path);
+  /// Reads the file of `programFolder` in place of what was read before. A missing file is none and is not created:
+  /// every port has its own name then. With two lines for one port the last one holds. Raises for the first damaged
+  /// line, with file, line and field; the lines that are good hold all the same.
+  void Load(Files& files, const std::string& programFolder);
 
   /// Address of COM `number`; a number without a line is `/dev/ttyS(number-1)`.
   std::string AddressOf(int number) const;

@@ -77,6 +77,7 @@ std::optional<RunTimeError> Timer1Tick(Engine& engine) {
   Tables& tables = engine.tables;
   if (tables.ScanBusy == True) return std::nullopt;
   engine.events.DoEvents();
+  if (tables.Stopped == True) return std::nullopt;
   tables.ScanBusy = True;
   if (tables.Timer1Sleep > 0) engine.system.Sleep(tables.Timer1Sleep);
   int ch = 0;

@@ -27,6 +27,7 @@ void CloseTerminalLink(Engine& engine) {
 
 void CloseLinks(Engine& engine) {
   Tables& tables = engine.tables;
+  tables.Stopped = True;
   engine.events.Timer1().SetEnabled(false);
   CloseTerminalLink(engine);
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
@@ -50,6 +51,7 @@ void CloseTXMWindow(Engine& engine) {
 
 void TaskCtrl(Engine& engine, int task) {
   if (task != kEndTask) return;
+  engine.tables.Stopped = True;
   for (int ch = 0; ch < kChannels; ++ch) CloseIfOpen(engine, ch);
   engine.startupForm.Unload();
 }

@@ -109,6 +109,7 @@ bool Main(Engine& engine, std::string_view commandLine) {
 void LoadStartupForm(Engine& engine) {
   Tables& tables = engine.tables;
   ReadSystemFile(engine);
+  if (tables.Stopped == True) return;  // ended while a box stood
   engine.startupForm.SetRevision(RevisionText());
   engine.startupForm.ShowLogo(tables.ScreenWidth);
   engine.startupForm.Show();
@@ -123,6 +124,7 @@ void LaunchMainScreen(Engine& engine) {
   engine.startupForm.BusyPointer(true);
   engine.mainForm.BusyPointer(true);
   engine.startupForm.Hide();
+  engine.tables.Stopped = False;
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
   ReadSystemFileAgain(engine);
@@ -133,6 +135,7 @@ void LoadMainForm(Engine& engine) {
   engine.mainForm.BusyPointer(true);
   engine.publisher.BindDevices();
   engine.mainForm.ApplyLayout(engine.tables.ScreenWidth);
+  if (engine.tables.Stopped == True) return;  // stopped as soon as the window was seen
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
   ReadSystemFileAgain(engine);

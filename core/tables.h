@@ -192,6 +192,7 @@ struct Tables {
   std::int32_t GDITimerInterval = 25, GDITimerSleep = 1;
   Boolean CmdStatInterlock = True, StartMinimized = True;
   Boolean FirstScanPending = False, ChannelsInitialised = False, InterfacePending = False;
+  Boolean Stopped = False;  ///< from a stop or the end until the next start: what is under way goes no further
   std::int16_t ReinitChannel = kNoChannel;
   Boolean TerminalLinkUp = False, TerminalLinkRetry = False;
   std::int32_t VantStatus = 0;

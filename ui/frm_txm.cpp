@@ -121,6 +121,7 @@ void frmTXM::Show() {
   if (!loaded_) {
     loaded_ = true;
     LoadMainForm(*engine_);
+    if (engine_->tables.Stopped == True) return;
   }
   ShowWindow();
   ActivateMainForm(*engine_);

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <algorithm>
-#include <utility>
 
 QtPeriodicTimer::QtPeriodicTimer() {
   timer_.setTimerType(Qt::PreciseTimer);
@@ -23,6 +22,10 @@ void QtPeriodicTimer::Tick() {
   ticking_ = true;
   tick_();
   ticking_ = false;
+}
+
+void RunInMessageLoop(std::function<void()> action) {
+  QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(action), Qt::QueuedConnection);
 }
 
 void QtEventLoop::DoEvents() { QCoreApplication::processEvents(); }

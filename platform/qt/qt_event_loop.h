@@ -25,6 +25,10 @@ class QtPeriodicTimer : public PeriodicTimer {
   bool ticking_ = false;
 };
 
+/// Runs an action in one of the next rounds of the message loop; may be called from any thread, also before the loop
+/// runs. Needs a `QCoreApplication`.
+void RunInMessageLoop(std::function<void()> action);
+
 /// The message loop of the program that owns a `QCoreApplication`; it must exist before this does.
 class QtEventLoop : public EventLoop {
  public:

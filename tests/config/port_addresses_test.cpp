@@ -21,7 +21,7 @@ TEST(PortAddressesTest, ADamagedLineIsNamedAndTheGoodOnesHold) {
     files.content[kPath] = std::string("1,\"/dev/a\"\r\n") + line + "\r\n3,\"/dev/c\"\r\nlater damage\r\n";
     PortAddresses addresses;
     try {
-      addresses.Load(files, kPath);
+      addresses.Load(files, "/plant");
       ADD_FAILURE() << line;
     } catch (const RunTimeError& fault) {
       EXPECT_EQ(std::to_string(fault.Number()) + " " + fault.Description(), text);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/startup.h"
 #include "tests/support/test_plant.h"
 
 namespace {
@@ -22,6 +23,20 @@ TEST(ShutdownTest, ClosingTheWindowStopsTheScanAndClosesEveryLink) {
   EXPECT_EQ(plant.opc.control[31].calls, (std::vector<std::string>{"delete group", "disconnect"}))
       << "a log that cannot be written leaves no connection standing";
   EXPECT_TRUE(plant.notice.boxes.empty()) << "faults in closing are not reported";
+}
+
+TEST(ShutdownTest, ATickThatLetTheStopInOpensNothingAndTheNextStartRunsAgain) {
+  TestPlant plant;
+  LaunchMainScreen(plant.engine);
+  plant.events.onDoEvents = [&] { CloseTXMWindow(plant.engine); };
+  plant.Tick();
+  EXPECT_EQ(plant.tables.ChannelsInitialised, False);
+  EXPECT_EQ(plant.tables.ScanBusy, False);
+
+  plant.events.onDoEvents = nullptr;
+  LaunchMainScreen(plant.engine);
+  plant.Tick();
+  EXPECT_EQ(plant.tables.ChannelsInitialised, True);
 }
 
 TEST(ShutdownTest, TheEndTaskClosesPortsThatAreStillOpenOnEveryControl) {

@@ -40,16 +40,31 @@ class DisplayTest : public testing::Test {
     QFile file(folder.filePath(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
   }
+  void WaitForLog(const QString& name, const char* text) {
+    for (int wait = 0; wait < 200 && Log(name).find(text) == std::string::npos; ++wait) program.waitForFinished(100);
+  }
 
   QTemporaryDir folder;
   QProcess server, program;
 };
 
+TEST_F(DisplayTest, ASignalEndsTheProgramThoughABoxHoldsUpItsStart) {
+  QFile settings(folder.filePath("TarvexSysSetup.Cfg"));
+  ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+  settings.write("damaged");
+  settings.close();
+  StartProgram(StartServer());
+  WaitForLog("ErrorLog-Tarvex.txt", "TarvexSysSetup.Cfg");
+  program.terminate();
+  ASSERT_TRUE(program.waitForFinished(kLimitMs));
+  EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_EQ(Log("ActiveLog-Tarvex.txt"), "") << "nothing may be started behind the end";
+}
+
 TEST_F(DisplayTest, TheLossOfTheDisplayIsLoggedAndEndsTheProgramInOrder) {
   StartProgram(StartServer());
-  for (int wait = 0; wait < 200 && Log("ActiveLog-Tarvex.txt").find("Initializing Devices") == std::string::npos;
-       ++wait)
-    program.waitForFinished(100);
+  WaitForLog("ActiveLog-Tarvex.txt", "Initializing Devices");
   server.kill();
   ASSERT_TRUE(program.waitForFinished(kLimitMs));
   EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
