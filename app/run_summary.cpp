@@ -6,7 +6,8 @@
 #include <cstdio>
 #include <fstream>
 
-#include "app/text_screen/rows.h"
+#include "core/tables.h"
+#include "diagnostics/row_tone.h"
 
 namespace {
 

@@ -35,6 +35,8 @@ inline constexpr int StatusCaption = 12;
 inline constexpr int Count = 13;
 }  // namespace Item
 
+inline constexpr bool IsLamp(int item) { return item < Item::Description; }
+
 /// Bits of `ChanStatusBits`, the word published as SCALESTAT.
 namespace StatusBit {
 inline constexpr std::int16_t OutOfRange = 1;

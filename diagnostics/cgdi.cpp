@@ -4,7 +4,6 @@
 #include "diagnostics/screen_layout.h"
 #include "platform/operator_notice.h"
 #include "platform/system.h"
-#include "protocol/number.h"
 
 namespace {
 
@@ -21,20 +20,17 @@ constexpr Colour kBlue = {0, 0, 128};
 constexpr Colour kRed = {128, 0, 0};
 
 struct TextStyle {
-  const ChannelTable<std::string> Tables::*source;
   Colour colour;
   TextAlign align;
 };
 
 /// Texts from `Item::Description` on.
 constexpr TextStyle kTexts[] = {
-    {&Tables::ChanDeviceDesc, kBlue, TextAlign::Left}, {&Tables::ChanGross, kBlack, TextAlign::Right},
-    {&Tables::ChanTare, kBlack, TextAlign::Right},     {&Tables::ChanNet, kBlack, TextAlign::Right},
-    {&Tables::ChanStatusText, kRed, TextAlign::Left},
+    {kBlue, TextAlign::Left},   {kBlack, TextAlign::Right}, {kBlack, TextAlign::Right},
+    {kBlack, TextAlign::Right}, {kRed, TextAlign::Left},
 };
 
 constexpr int kFontWeight = 500;
-constexpr int kHighestRepaintCount = 32000;
 constexpr int kReleaseOrder[] = {1, 0, 2, 4, 5, 3};
 
 const TextStyle& StyleOf(int item) { return kTexts[item - Item::Description]; }
@@ -146,29 +142,15 @@ void CGDI::DrawLamp(Cell& cell, int ch, int item) {
 void CGDI::DrawText(Cell& cell, int ch, int item) {
   const ScreenLayout& layout = LayoutFor(tables_.ScreenWidth);
   const TextStyle& style = StyleOf(item);
-  const std::string_view text = TextOf(cell, ch, item);
+  const std::string_view text = ShownText(cell, ch, item);
   canvas_.SelectObject(cell.hFrameDC, hArial_);
   canvas_.SetText(cell.hFrameDC, style.colour, style.align);
   canvas_.TextOut(cell.hFrameDC, style.align == TextAlign::Right ? layout.rightTextX : 0, layout.textY, text);
 }
 
-std::string_view CGDI::TextOf(Cell& cell, int ch, int item) {
-  if (item == Item::StatusCaption && tables_.DebugMode == True) return RepaintRate(cell);
-  const std::string_view text = (tables_.*StyleOf(item).source)[ch];
-  if (item == Item::Tare && NumericValue(text) == 0) return {};
-  return text;
-}
-
-std::string_view CGDI::RepaintRate(Cell& cell) {
-  const std::int64_t now = system_.WallSeconds();
-  if (now != cell.lastChange) {
-    cell.repaintText = FormatNumber(Decimal::FromDouble(cell.repaints), "000000").View();
-    cell.repaints = 0;
-    cell.lastChange = now;
-  } else if (++cell.repaints > kHighestRepaintCount) {
-    cell.repaints = 0;
-  }
-  return cell.repaintText;
+std::string_view CGDI::ShownText(Cell& cell, int ch, int item) {
+  const bool rate = item == Item::StatusCaption && tables_.DebugMode == True;
+  return rate ? cell.repaints.Count(system_.WallSeconds()) : TextOfCell(tables_, ch, item);
 }
 
 /// Text cells reach over the left edge of the next one, by most of it in the 800 layout: without this a new

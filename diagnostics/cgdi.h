@@ -1,11 +1,11 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "core/tables.h"
+#include "diagnostics/cell_text.h"
 #include "platform/canvas.h"
 
 class Log;
@@ -40,9 +40,7 @@ class CGDI {
     DrawingHandle hFrameDC = 0, hFrame = 0, hFramePrev = 0;
     DrawingHandle hBackgroundDC = 0, hBackground = 0, hBackgroundPrev = 0;
     DrawingHandle hOrigBackgroundDC = 0, hOrigBackground = 0, hOrigBackgroundPrev = 0;
-    std::int32_t repaints = 0;    ///< debug display: drawings since `lastChange`
-    std::int64_t lastChange = 0;  ///< wall-clock second
-    std::string repaintText;
+    RepaintRate repaints;
   };
   struct SelectedBitmap;
   struct OwnContext;
@@ -50,8 +48,7 @@ class CGDI {
   void CopyAll(const Cell& cell, DrawingHandle to, DrawingHandle from);
   void DrawLamp(Cell& cell, int ch, int item);
   void DrawText(Cell& cell, int ch, int item);
-  std::string_view TextOf(Cell& cell, int ch, int item);
-  std::string_view RepaintRate(Cell& cell);
+  std::string_view ShownText(Cell& cell, int ch, int item);
   void FlagCoveredNeighbour(const Cell& cell, int ch, int item);
   void ReportFailure(const std::string& text);
   void DeletePaint(DrawingHandle& handle, std::string_view name, int index);

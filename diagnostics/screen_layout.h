@@ -26,8 +26,6 @@ struct ScreenLayout {
   std::array<ItemColumn, Item::Count> columns;
 };
 
-inline constexpr bool IsLamp(int item) { return item < Item::Description; }
-
 /// The layout of a display 800 wide, or the one of 1024 x 768, which serves every other width.
 const ScreenLayout& LayoutFor(int screenWidth);
 

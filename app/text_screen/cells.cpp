@@ -4,7 +4,8 @@
 
 #include "app/text_screen/layout.h"
 #include "core/tables.h"
-#include "protocol/number.h"
+#include "diagnostics/cell_text.h"
+#include "diagnostics/row_tone.h"
 
 namespace {
 
@@ -25,18 +26,6 @@ constexpr std::array<Lamp, 8> kLamps = {{
 }};
 
 constexpr char kLampOff = '.';
-
-struct CaptionTone {
-  std::string_view caption;
-  RowTone tone;
-};
-
-constexpr CaptionTone kCaptionTones[] = {
-    {Caption::Initializing, RowTone::Waiting},    {Caption::ReInitializing, RowTone::Waiting},
-    {Caption::Ready, RowTone::Waiting},           {Caption::InitializationError, RowTone::Fault},
-    {Caption::Offline, RowTone::Fault},           {Caption::NetworkIdError, RowTone::Fault},
-    {Caption::DeviceDisabled, RowTone::Disabled},
-};
 
 struct ToneLooks {
   Look name;
@@ -59,7 +48,6 @@ ToneLooks LooksOf(RowTone tone) {
   return {Look::Faint, Look::Faint, Look::Faint, Look::Faint};
 }
 
-bool IsLamp(int item) { return item <= Item::Error; }
 bool IsWeight(int item) { return item >= Item::Gross && item <= Item::NetWeight; }
 const Lamp& LampOf(int item) { return kLamps[static_cast<std::size_t>(item)]; }
 
@@ -67,33 +55,14 @@ void DropTrailingDots(std::string& text) { text.erase(text.find_last_not_of('.')
 
 }  // namespace
 
-RowTone ToneOf(const Tables& tables, int ch) {
-  if (tables.ChanIndicator[Item::Error][ch] == True) return RowTone::Fault;
-  for (const CaptionTone& row : kCaptionTones) {
-    if (tables.ChanStatusText[ch] == row.caption) return row.tone;
-  }
-  return tables.ChanStatusText[ch].empty() ? RowTone::Disabled : RowTone::Normal;
-}
-
 char LampLetter(int item) { return LampOf(item).letter; }
 
 std::string CellText(const Tables& tables, int ch, int item) {
   if (IsLamp(item)) return {tables.ChanIndicator[item][ch] == True ? LampLetter(item) : kLampOff};
-  switch (item) {
-    case Item::Description:
-      return tables.ChanDeviceDesc[ch];
-    case Item::Gross:
-      return tables.ChanGross[ch];
-    case Item::Tare:
-      return NumericValue(tables.ChanTare[ch]) == 0.0 ? std::string{} : tables.ChanTare[ch];
-    case Item::NetWeight:
-      return tables.ChanNet[ch];
-    default:
-      return tables.ChanStatusText[ch];
-  }
+  return std::string(TextOfCell(tables, ch, item));
 }
 
-std::string FitCell(std::string text, int item, const CellPlace& place) {
+std::string FitCell(std::string text, int item, const TextCell& place) {
   const auto width = static_cast<std::size_t>(place.width);
   if (item == Item::StatusCaption && text.size() > width) DropTrailingDots(text);
   if (!IsWeight(item)) return text;

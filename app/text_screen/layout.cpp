@@ -33,9 +33,9 @@ const Widths& WidthsFor(int columns) {
 
 }  // namespace
 
-ScreenLayout LayoutFor(int columns) {
+TextLayout TextLayoutFor(int columns) {
   const Widths& widths = WidthsFor(columns);
-  ScreenLayout layout;
+  TextLayout layout;
   layout.number = {1, 2, Align::Right};
   int column = 4;
   for (int lamp = Item::Rx; lamp <= Item::Error; ++lamp) {

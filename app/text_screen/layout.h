@@ -8,7 +8,7 @@
 enum class Align { Left, Right };
 
 /// Place of one cell of a row. A width of 0 means that the column is left out on a terminal this narrow.
-struct CellPlace {
+struct TextCell {
   int column = 0;
   int width = 0;
   Align align = Align::Left;
@@ -17,13 +17,13 @@ struct CellPlace {
 /// Narrowest terminal that a row fits on.
 inline constexpr int kNarrowestScreen = 40;
 
-struct ScreenLayout {
-  CellPlace number;                ///< the channel's display number
-  std::array<CellPlace, 13> cell;  ///< by `Item`
+struct TextLayout {
+  TextCell number;                ///< the channel's display number
+  std::array<TextCell, 13> cell;  ///< by `Item`
 };
 
 /// The layout for a terminal `columns` wide; the caption takes what the other cells leave.
-ScreenLayout LayoutFor(int columns);
+TextLayout TextLayoutFor(int columns);
 
 /// Title above a cell, by `Item`.
 std::string_view ColumnTitle(int item);

@@ -18,7 +18,7 @@ std::string RowPrinter::Lines() {
 std::string RowPrinter::Line(int ch) const {
   std::string line = DisplayNumber(ch);
   for (int item = 0; item < Item::Count; ++item) {
-    const CellPlace& place = layout_.cell[static_cast<std::size_t>(item)];
+    const TextCell& place = layout_.cell[static_cast<std::size_t>(item)];
     const std::string text = FitCell(CellText(tables_, ch, item), item, place);
     line = DisplayLine(line, place.column) + DisplayLine(text, place.width);
   }

@@ -13,8 +13,7 @@ class RowPrinter {
   RowPrinter(const Tables& tables, System& system) : tables_(tables), system_(system) {}
 
   /// The lines due now, with line feeds: a head with time and counts, then a line for each channel that is enabled
-  /// or failed. Empty until the next second begins, and
-  /// before the channels have been opened.
+  /// or failed. Empty until the next second begins, and before the channels have been opened.
   std::string Lines();
 
  private:
@@ -22,6 +21,6 @@ class RowPrinter {
 
   const Tables& tables_;
   System& system_;
-  ScreenLayout layout_ = LayoutFor(100);
+  TextLayout layout_ = TextLayoutFor(100);
   StreamRate rate_;
 };

@@ -2,22 +2,6 @@
 
 #include <algorithm>
 
-#include "app/text_screen/cells.h"
-
-namespace {
-
-bool IsEnabledOrFailed(const Tables& tables, int ch) {
-  return tables.ChanEnabled[ch] == True || ToneOf(tables, ch) != RowTone::Disabled;
-}
-
-bool IsOnline(const Tables& tables, int ch) {
-  if (tables.ChanConnected[ch] == False) return false;
-  if (tables.ChanProtocol[ch] == 0) return true;
-  return (tables.ChanStatusBits[ch] & StatusBit::Offline) == 0 && ToneOf(tables, ch) != RowTone::Waiting;
-}
-
-}  // namespace
-
 ChannelSet ShownChannels(const Tables& tables, bool all) {
   ChannelSet shown;
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
@@ -35,15 +19,6 @@ void RowWindow::Fit(int rows, int height, int first) {
 }
 
 int RowWindow::End() const { return std::min(rows_, first_ + height_); }
-
-ChannelCount CountChannels(const Tables& tables) {
-  ChannelCount count;
-  for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
-    if (IsEnabledOrFailed(tables, ch)) ++count.enabled;
-    if (IsOnline(tables, ch)) ++count.online;
-  }
-  return count;
-}
 
 std::string CountText(const ChannelCount& count, std::int64_t streamsPerSecond) {
   return std::to_string(count.online) + " of " + std::to_string(count.enabled) + " online   " +

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/tables.h"
+#include "diagnostics/row_tone.h"
 
 /// Which channels have a row on the screen, which of these rows are in sight, and what the head of the screen counts.
 
@@ -34,15 +35,7 @@ class RowWindow {
   int first_ = 0;
 };
 
-struct ChannelCount {
-  int online = 0;
-  int enabled = 0;  ///< failed channels included
-};
-
-/// A channel is online if its link is open and its device is heard; one that serves a database is if its link is open.
-ChannelCount CountChannels(const Tables& tables);
-
-/// The same for people: "12 of 12 online   240 streams/s".
+/// What the head tells of the plant: "12 of 12 online   240 streams/s".
 std::string CountText(const ChannelCount& count, std::int64_t streamsPerSecond);
 
 /// Streams a second, from the count of all streams.

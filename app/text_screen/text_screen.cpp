@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <utility>
 
 #include "app/text_screen/cells.h"
 #include "app/text_screen/one_line.h"
 #include "core/channel_state.h"
 #include "core/fixed_tables.h"
+#include "diagnostics/row_tone.h"
 
 namespace {
 
@@ -17,7 +17,6 @@ constexpr int kTallScreen = 20;  ///< lines from which on a message may take two
 constexpr std::size_t kGap = 3;  ///< blanks between the parts of the head
 constexpr int kOutOfSight = -1;
 constexpr int kNoTone = -1;
-constexpr int kHighestRepaintCount = 32000;
 
 constexpr std::string_view kKeyHints[] = {"q Quit", "a All channels", "l Lamps", "r Repaint"};
 constexpr std::string_view kScrollHint = "Up Down PgUp PgDn";
@@ -118,7 +117,7 @@ void TextScreen::Scroll(int rows) {
 
 void TextScreen::Arrange() {
   arranged_ = true;
-  layout_ = LayoutFor(terminal_.Columns());
+  layout_ = TextLayoutFor(terminal_.Columns());
   shown_ = ShownChannels(tables_, showAll_);
   list_.clear();
   for (int ch = 0; ch < kChannels; ++ch) {
@@ -140,7 +139,7 @@ void TextScreen::DrawFrame() {
   DrawHead();
   terminal_.Put(1, layout_.number.column, " #", layout_.number.width, Look::Title);
   for (int item = 0; item < Item::Count; ++item) {
-    const CellPlace& place = layout_.cell[static_cast<std::size_t>(item)];
+    const TextCell& place = layout_.cell[static_cast<std::size_t>(item)];
     const std::string title(ColumnTitle(item));
     const auto width = static_cast<std::size_t>(place.width);
     const bool pad = place.align == Align::Right && title.size() < width;
@@ -206,9 +205,9 @@ void TextScreen::DrawItem(int ch, int item) {
   if (tables_.GdiEnabled == False || tables_.ScreenPainted == False || RowOf(ch) == kOutOfSight) return;
   if (tables_.ChanDirty[item][ch] == False) return;
 
-  const CellPlace& place = layout_.cell[static_cast<std::size_t>(item)];
+  const TextCell& place = layout_.cell[static_cast<std::size_t>(item)];
   const bool rate = item == Item::StatusCaption && tables_.DebugMode == True;
-  const std::string text = FitCell(rate ? RepaintRate(ch) : CellText(tables_, ch, item), item, place);
+  const std::string text = FitCell(rate ? RepaintText(ch) : CellText(tables_, ch, item), item, place);
   terminal_.Put(RowOf(ch), place.column, "", place.width, Look::Plain);
   const int length = std::min(place.width, static_cast<int>(text.size()));
   terminal_.Put(RowOf(ch), place.column, text, length, LookOf(tables_, ch, item));
@@ -222,15 +221,6 @@ void TextScreen::DrawItem(int ch, int item) {
   }
 }
 
-std::string TextScreen::RepaintRate(int ch) {
-  Repaints& repaints = repaints_[static_cast<std::size_t>(ch)];
-  const std::int64_t now = system_.WallSeconds();
-  if (now != repaints.since) {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%06d", repaints.count);
-    repaints = {0, now, digits};
-  } else if (++repaints.count > kHighestRepaintCount) {
-    repaints.count = 0;
-  }
-  return repaints.text;
+std::string TextScreen::RepaintText(int ch) {
+  return std::string(repaints_[static_cast<std::size_t>(ch)].Count(system_.WallSeconds()));
 }

@@ -7,6 +7,7 @@
 
 #include "app/text_screen/layout.h"
 #include "app/text_screen/rows.h"
+#include "diagnostics/cell_text.h"
 #include "platform/system.h"
 #include "platform/text_terminal.h"
 
@@ -41,14 +42,7 @@ class TextScreen {
   void DrawEmptyPlant();
   void Scroll(int rows);
   int RowOf(int ch) const { return rowOf_[static_cast<std::size_t>(ch)]; }
-  std::string RepaintRate(int ch);
-
-  /// Count of the repaints of a caption cell, shown in its place in debug mode.
-  struct Repaints {
-    int count = 0;
-    std::int64_t since = 0;
-    std::string text;
-  };
+  std::string RepaintText(int ch);
 
   Tables& tables_;
   System& system_;
@@ -58,13 +52,13 @@ class TextScreen {
   std::string revision_;
   std::string message_;
 
-  ScreenLayout layout_;
+  TextLayout layout_;
   ChannelSet shown_;
   std::vector<int> list_;  ///< the shown channels in order
   RowWindow window_;
   std::array<int, kChannels> rowOf_{};  ///< line of a channel on the screen, -1 out of sight
   std::array<int, kChannels> toneOf_{};
-  std::array<Repaints, kChannels> repaints_;
+  std::array<RepaintRate, kChannels> repaints_;
   StreamRate rate_;
   Question question_ = Question::None;
   bool showAll_ = false;

@@ -4,6 +4,7 @@
 
 #include "app/text_screen/layout.h"
 #include "core/tables.h"
+#include "diagnostics/row_tone.h"
 
 namespace {
 

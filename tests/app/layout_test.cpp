@@ -9,7 +9,7 @@ namespace {
 TEST(LayoutTest, OnEveryTerminalCellsStandSideBySideAndWeightsAndCaptionsHaveRoom) {
   for (int columns = kNarrowestScreen; columns <= 300; ++columns) {
     SCOPED_TRACE(columns);
-    const ScreenLayout layout = LayoutFor(columns);
+    const TextLayout layout = TextLayoutFor(columns);
     const auto cell = [&](int item) { return layout.cell[static_cast<std::size_t>(item)]; };
     int free = layout.number.column + layout.number.width;
     for (int item = 0; item < Item::Count; ++item) {
