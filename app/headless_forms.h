@@ -23,7 +23,6 @@ class HeadlessMainForm : public MainForm {
   void ApplyLayout(int) override {}
   void SetRevision(std::string_view) override {}
   void ShowDebugLabel(bool) override {}
-  void EnablePutInTray(bool) override {}
   void BusyPointer(bool) override {}
   void PutInTray() override {}
   void SetTrayPicture(TrayPicture) override {}

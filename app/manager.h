@@ -34,8 +34,6 @@ class Manager {
   Tables& Store() { return *tables_; }
   Engine& Parts() { return engine_; }
   Publication& Publishing() { return publication_; }
-  CfgStore& Configuring() { return configuration_; }
-  LogFiles& Logs() { return logs_; }
 
  private:
   std::unique_ptr<Tables> tables_;

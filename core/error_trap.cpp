@@ -138,3 +138,7 @@ bool ReportFault(Engine& engine, const std::function<void()>& step) {
     return false;
   }
 }
+
+void WriteActivity(Engine& engine, std::string_view text) {
+  ReportFault(engine, [&] { engine.log.WriteLog(LogType::Activity, text); });
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
 #include "platform/run_time_error.h"
 
@@ -30,3 +31,6 @@ void ResumeNextOnClosedPort(Tables& tables, int ch, const Step& step) {
 /// Runs `step`, and reports a fault as critical instead of raising it; for work outside the tick, at start and
 /// at the end. True if there was no fault.
 bool ReportFault(Engine& engine, const std::function<void()>& step);
+
+/// A line of the activity log, by the same rule.
+void WriteActivity(Engine& engine, std::string_view text);

@@ -34,7 +34,6 @@ class MainForm {
   virtual void ApplyLayout(int screenWidth) = 0;
   virtual void SetRevision(std::string_view text) = 0;
   virtual void ShowDebugLabel(bool visible) = 0;
-  virtual void EnablePutInTray(bool enabled) = 0;
   virtual void BusyPointer(bool busy) = 0;
   /// What `cmdPutInTray` does.
   virtual void PutInTray() = 0;

@@ -8,8 +8,6 @@
 
 namespace {
 
-/// Custom formats 30 to 32 (39 to 41) are read only when a channel's setup selects them.
-constexpr int kLastFormatReadAtStart = 38;
 constexpr int kDescriptionKind = 10;
 
 enum class Pass { First, Again };

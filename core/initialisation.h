@@ -3,6 +3,9 @@
 struct Engine;
 struct Tables;
 
+/// Custom formats 30 to 32 (39 to 41) are read only when a channel's setup selects them.
+inline constexpr int kLastFormatReadAtStart = 38;
+
 /// Has the next tick run the first initialisation from its beginning; until then no row shows a weight or a lamp.
 void RequestFirstInitialisation(Tables& tables);
 

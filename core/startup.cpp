@@ -57,10 +57,6 @@ void ReadSystemFileAgain(Engine& engine) {
   }
 }
 
-void WriteActivity(Engine& engine, std::string_view text) {
-  ReportFault(engine, [&] { engine.log.WriteLog(LogType::Activity, text); });
-}
-
 }  // namespace
 
 std::string GetOsName(const OsVersion& version) {
@@ -152,7 +148,6 @@ void ActivateMainForm(Engine& engine) {
 void InitializeInterface(Engine& engine) {
   Tables& tables = engine.tables;
   const bool debug = tables.DebugMode == True;
-  if (debug) engine.mainForm.EnablePutInTray(false);
   engine.mainForm.ShowDebugLabel(debug);
   engine.events.Timer1().SetInterval(tables.Timer1Interval);
   engine.events.Timer1().SetEnabled(true);

@@ -3,14 +3,6 @@
 #include "core/engine.h"
 #include "core/error_trap.h"
 
-namespace {
-
-void WriteActivity(Engine& engine, std::string_view text) {
-  ReportFault(engine, [&] { engine.log.WriteLog(LogType::Activity, text); });
-}
-
-}  // namespace
-
 void PutInTray(Engine& engine, TrayArea& area) {
   Tables& tables = engine.tables;
   if (tables.DebugMode == True) return;

@@ -4,6 +4,7 @@
 
 #include "diagnostics/panel.h"
 #include "ui/fonts.h"
+#include "ui/frame.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -32,6 +33,7 @@ struct Picture {
     left = Column(Item::Rx).x - kMargin;
     trafficRight = Column(Item::Tx).x + layout.lampCellWidth + kMargin / 2;
     statusLeft = Column(Item::Motion).x - kMargin;
+    numberRight = Column(Item::Description).x - 14;
     right = Column(Item::Error).x + layout.lampCellWidth + kMargin / 2;
   }
 
@@ -46,18 +48,8 @@ struct Picture {
 
   static constexpr int kMargin = 8;
   const ScreenLayout& layout;
-  int top, bottom, left, trafficRight, statusLeft, right;
+  int top, bottom, left, trafficRight, numberRight, statusLeft, right;
 };
-
-void DrawFrame(QPainter& painter, const Picture& picture) {
-  const ScreenLayout& layout = picture.layout;
-  painter.fillRect(0, 0, layout.width, layout.height, Palette::Frame);
-  QLinearGradient light(0, 0, 0, picture.top);
-  light.setColorAt(0, Palette::FrameLight);
-  light.setColorAt(1, Palette::Frame);
-  painter.fillRect(0, 0, layout.width, picture.top, light);
-  painter.fillRect(0, 0, layout.width, 2, Palette::Accent);
-}
 
 void DrawRows(QPainter& painter, const Picture& picture) {
   for (int ch = 0; ch < kChannels; ++ch) {
@@ -79,12 +71,11 @@ void DrawChannelNumbers(QPainter& painter, const Picture& picture) {
   const ScreenLayout& layout = picture.layout;
   painter.setFont(TextFont(picture.Size(13), QFont::Bold));
   painter.setPen(Palette::ButtonGreyed);
-  const int right = picture.Column(Item::Description).x - 14;
   for (int ch = 0; ch < kChannels; ++ch) {
     const QString number = QString::number(ch + 1);
     const int width = painter.fontMetrics().horizontalAdvance(number);
     const int baseline = PlaceOf(layout, ch, Item::Description).y + layout.cellHeight - 3;  // that of the texts
-    painter.drawText(right - width, baseline, number);
+    painter.drawText(picture.numberRight - width, baseline, number);
   }
 }
 
@@ -117,9 +108,9 @@ void DrawTextHeadings(QPainter& painter, const Picture& picture) {
     painter.drawText(QRect(column.x, picture.top - height, width, height),
                      Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft), heading.text);
   }
-  const int numberRight = picture.Column(Item::Description).x - 14;
-  painter.drawText(QRect(picture.trafficRight, picture.top - height, numberRight - picture.trafficRight, height),
-                   Qt::AlignVCenter | Qt::AlignRight, QString("No."));
+  painter.drawText(
+      QRect(picture.trafficRight, picture.top - height, picture.numberRight - picture.trafficRight, height),
+      Qt::AlignVCenter | Qt::AlignRight, QString("No."));
 }
 
 /// Heads of the lamps stand upright over columns that are only as wide as a lamp.
@@ -148,7 +139,7 @@ void DrawTitle(QPainter& painter, const Picture& picture) {
   painter.drawText(QPointF(textX, y + picture.Size(32)), "Tarvex");
   painter.setPen(Palette::Heading);
   painter.setFont(TextFont(picture.Size(15)));
-  painter.drawText(QPointF(textX + 1, y + picture.Size(54)), "Orvane scale communications manager");
+  painter.drawText(QPointF(textX + 1, y + picture.Size(54)), kSubtitle);
 }
 
 void DrawSheetEdge(QPainter& painter, const Picture& picture) {
@@ -165,7 +156,7 @@ QImage DrawBackground(const ScreenLayout& layout, qreal scale) {
   QPainter painter(&image);
   painter.scale(scale, scale);
   const Picture picture(layout);
-  DrawFrame(painter, picture);
+  DrawFrame(painter, {layout.width, layout.height}, picture.top);
   DrawRows(painter, picture);
   painter.setRenderHint(QPainter::Antialiasing);
   DrawSheetEdge(painter, picture);

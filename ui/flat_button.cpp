@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Caption in parts of the button's height.
+/// Letters of the caption, in pixels.
 double CaptionSize(FlatButton::Look look, int height) {
   switch (look) {
     case FlatButton::Look::Row:

@@ -48,7 +48,7 @@ QPixmap ScalePicture(qreal ratio) {
 
 }  // namespace
 
-frmDetail::frmDetail(QWidget* parent) : QDialog(parent) {
+frmDetail::frmDetail() {
   setObjectName("frmDetail");
   ApplyDialogStyle(*this);
   auto* close = new QPushButton("&Close", this);

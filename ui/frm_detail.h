@@ -12,7 +12,7 @@ class ValueLabel;
 /// The device detail of one channel: its live values while the scan goes on.
 class frmDetail : public QDialog {
  public:
-  explicit frmDetail(QWidget* parent = nullptr);
+  frmDetail();
 
   /// Fills the window from the model; channels are numbered from 1 here. With `raw` the place of the raw stream is
   /// kept free from the start, so that nothing moves when the first one comes.

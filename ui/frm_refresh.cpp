@@ -52,12 +52,9 @@ frmRefresh::frmRefresh(Engine& engine) : engine_(engine) {
 }
 
 void frmRefresh::Fill() {
-  kept_ = OpenRefresh(engine_);
-  SetValues(kept_);
-  PlaceSlider();
+  SetValues(OpenRefresh(engine_));
   for (QLabel* rate : lScan_) rate->clear();
   ShowFace(Face::Simple);
-  slider_->setFocus();
 }
 
 void frmRefresh::ShowRate(int label, int ticksPerSecond) { lScan_.at(At(label - 1))->setNum(ticksPerSecond); }
@@ -120,6 +117,7 @@ void frmRefresh::MakeBox(QGridLayout& grid, int box, QWidget* parent) {
   text->setAlignment(Qt::AlignRight);
   text->setFixedWidth(88);
   const QString use = rate.read ? "%1 to %2 ms" : "Kept in the system file; not changed here";
+  text->setReadOnly(!rate.read);
   text->setToolTip(rate.read ? use.arg(rate.lowest).arg(rate.highest) : use);
   connect(text, &QLineEdit::textEdited, this, [this, box] { SelectBox(box); });
   grid.addWidget(text, row, column);
@@ -209,6 +207,7 @@ void frmRefresh::SelectBox(int box) {
   selected_ = box;
   const RateBox& rate = kRateTable[box];
   const QSignalBlocker quiet(VScroll1_);
+  VScroll1_->setEnabled(rate.read);
   VScroll1_->setRange(-rate.highest, -rate.lowest);
   VScroll1_->setPageStep(10);
   VScroll1_->setValue(-Values()[At(box)]);

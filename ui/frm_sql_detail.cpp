@@ -20,7 +20,7 @@ constexpr TextBox kTextBoxes[] = {{"tSqlData", "SQL:"}, {"tRxData", "RX:"}, {"tT
 
 }  // namespace
 
-frmSQLDetail::frmSQLDetail(QWidget* parent) : QDialog(parent) {
+frmSQLDetail::frmSQLDetail() {
   setObjectName("frmSQLDetail");
   setWindowTitle("SQL Detail");
   ApplyDialogStyle(*this);

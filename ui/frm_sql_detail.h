@@ -6,5 +6,5 @@
 /// opens it, since `cmdDetail` refuses such channels.
 class frmSQLDetail : public QDialog {
  public:
-  explicit frmSQLDetail(QWidget* parent = nullptr);
+  frmSQLDetail();
 };

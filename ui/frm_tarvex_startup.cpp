@@ -7,12 +7,12 @@
 #include <QPainter>
 #include <QScreen>
 
-#include "core/engine.h"
 #include "core/shutdown.h"
 #include "core/startup.h"
 #include "platform/qt/text.h"
 #include "ui/flat_button.h"
 #include "ui/fonts.h"
+#include "ui/frame.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -22,7 +22,7 @@ namespace {
 constexpr QSizeF kForm(1024, 768);
 constexpr QRectF kMark(212, 176, 150, 150);
 constexpr QPointF kName(394, 256);
-constexpr QPointF kSubtitle(397, 296);
+constexpr QPointF kUnderName(397, 296);
 constexpr QRectF kRevision(397, 312, 240, 20);
 constexpr QRectF kMenu(212, 404, 600, 176);
 constexpr QRectF kContinue(252, 470, 250, 64);
@@ -115,11 +115,7 @@ void frmTarvexStartup::End() {
 void frmTarvexStartup::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  QLinearGradient light(0, 0, 0, height());
-  light.setColorAt(0, Palette::FrameLight);
-  light.setColorAt(1, Palette::Frame);
-  painter.fillRect(rect(), light);
-  painter.fillRect(0, 0, width(), 2, Palette::Accent);
+  DrawFrame(painter, size(), height());
   painter.scale(width() / kForm.width(), width() / kForm.width());
 
   DrawMark(painter, kMark);
@@ -128,7 +124,7 @@ void frmTarvexStartup::paintEvent(QPaintEvent*) {
   painter.drawText(kName, "Tarvex");
   painter.setPen(Palette::Heading);
   painter.setFont(TextFont(22));
-  painter.drawText(kSubtitle, "Orvane scale communications manager");
+  painter.drawText(kUnderName, kSubtitle);
   if (!menuVisible_) return;
 
   painter.setPen(QPen(Palette::FrameEdge, 1));

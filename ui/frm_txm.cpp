@@ -6,7 +6,6 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
-#include <algorithm>
 
 #include "core/channel_state.h"
 #include "core/engine.h"
@@ -25,6 +24,7 @@ namespace {
 constexpr int kTrayWatchMs = 2000;
 constexpr int kActivateAgainMs = 200;
 
+/// Buttons that are there once, in their own order.
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
 
 QRect MiddleOf(const QRect& screen, const ScreenLayout& layout) {
@@ -75,7 +75,7 @@ void frmTXM::MakeButtons() {
     connect(made, &FlatButton::clicked, this, [this, button, row] { Press(button, row); });
     return made;
   };
-  for (std::size_t i = 0; i < kSingleButtons; ++i) single_[i] = make(kSingle[i], 0, {});
+  for (PanelButton button : kSingle) single_[static_cast<std::size_t>(button)] = make(button, 0, {});
   for (std::size_t row = 0; row < kChannels; ++row) {
     const QString index = QString("(%1)").arg(row);
     cmdDetail_[row] = make(PanelButton::Detail, static_cast<int>(row), index);
@@ -86,8 +86,7 @@ void frmTXM::MakeButtons() {
 FlatButton* frmTXM::ButtonOf(PanelButton button, int row) const {
   if (button == PanelButton::Detail) return cmdDetail_[static_cast<std::size_t>(row)];
   if (button == PanelButton::Setup) return cmdSetup_[static_cast<std::size_t>(row)];
-  const auto place = std::find(std::begin(kSingle), std::end(kSingle), button) - std::begin(kSingle);
-  return single_[static_cast<std::size_t>(place)];
+  return single_[static_cast<std::size_t>(button)];
 }
 
 template <typename Action>
@@ -198,8 +197,6 @@ void frmTXM::ShowDebugLabel(bool visible) {
   statusLine_->ShowDebug([this] { return ToText(DebugLabelText(engine_->tables)); });
 }
 
-void frmTXM::EnablePutInTray(bool enabled) { ButtonOf(PanelButton::PutInTray, 0)->setEnabled(enabled); }
-
 void frmTXM::BusyPointer(bool busy) { busy ? setCursor(Qt::WaitCursor) : unsetCursor(); }
 
 void frmTXM::PutInTray() { ::PutInTray(*engine_, *this); }
@@ -211,7 +208,7 @@ void frmTXM::AddIcon() {
   toldOfMissingTray_ = true;
   const QString notice = "This desktop has no notification area: the window was made small instead.";
   statusLine_->TellUntilNext(notice);  // the window goes out of sight now
-  ReportFault(*engine_, [&] { engine_->log.WriteLog(LogType::Activity, ToBytes(notice)); });
+  WriteActivity(*engine_, ToBytes(notice));
 }
 
 void frmTXM::RemoveIcon() {

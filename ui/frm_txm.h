@@ -37,7 +37,6 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void ApplyLayout(int screenWidth) override;
   void SetRevision(std::string_view text) override;
   void ShowDebugLabel(bool visible) override;
-  void EnablePutInTray(bool enabled) override;
   void BusyPointer(bool busy) override;
   void PutInTray() override;
   void SetTrayPicture(TrayPicture picture) override { tray_.SetPicture(picture); }

@@ -13,7 +13,7 @@ class ValueLabel : public QFrame {
   enum class Fit { Cut, Shrink, Wrap };
 
   /// The place is as wide as so many digits and as high as so many lines of the label's font.
-  ValueLabel(Fit fit, int columns, int lines = 1, QWidget* parent = nullptr);
+  ValueLabel(Fit fit, int columns, int lines, QWidget* parent);
 
   void SetText(const QString& text);
   const QString& Text() const { return text_; }

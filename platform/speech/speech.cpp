@@ -1,12 +1,10 @@
 #include "platform/speech/speech.h"
 
 #include <libspeechd.h>
-#include <pthread.h>
 
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <cstdlib>
 #include <deque>
 #include <mutex>
@@ -63,14 +61,6 @@ class Service {
 std::string OnOneLine(std::string text) {
   std::ranges::replace(text, '\n', ' ');
   return text;
-}
-
-/// A service that breaks off would otherwise end the program.
-void IgnoreBrokenPipes() {
-  sigset_t brokenPipe;
-  sigemptyset(&brokenPipe);
-  sigaddset(&brokenPipe, SIGPIPE);
-  pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
 }
 
 }  // namespace
@@ -132,7 +122,6 @@ struct Speech::Desk {
   }
 
   void Serve(const FaultHandler& onFault) {
-    IgnoreBrokenPipes();
     Service service;
     Report(onFault, service.Connect());
     for (std::string sentence; Take(sentence);) {

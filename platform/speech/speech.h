@@ -12,6 +12,8 @@
 /// Sentences follow one another at the pace at which they are spoken. A sentence that already waits or is being
 /// spoken is not taken again, and of many waiting ones the newest are dropped: a fault that comes with every tick
 /// is heard once, and not for the rest of the day.
+///
+/// The program has to ignore SIGPIPE: a service that breaks off would end it.
 class Speech {
  public:
   /// Told why sentences cannot be spoken: once, and again only after some could be. Called on the speech thread.

@@ -4,6 +4,7 @@
 
 #include "config/channel_file.h"
 #include "core/fixed_tables.h"
+#include "core/initialisation.h"
 #include "core/scan_engine.h"
 #include "core/startup.h"
 #include "diagnostics/log_files.h"
@@ -12,7 +13,6 @@ namespace {
 
 constexpr int kFirstLogKind = 1;
 constexpr int kLastLogKind = 8;
-constexpr int kLastFormatReadAtStart = 38;
 constexpr std::string_view kWeightLineStart = "Device #: ";
 constexpr std::string_view kLogTextMark = " @ ";
 

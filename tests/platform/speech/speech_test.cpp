@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -73,6 +74,7 @@ class SpeechService {
 };
 
 TEST(SpeechTest, SentencesAreSpokenInTheirOrderARepeatedOneOnceAndAServiceThatHasGoneAwayIsFoundAgain) {
+  std::signal(SIGPIPE, SIG_IGN);
   const SpeechService service;
   Speech speech([](const std::string& why) { ADD_FAILURE() << why; });
   auto heard = std::async(std::launch::async, [&] { return service.Hear(2); });
