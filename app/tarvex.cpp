@@ -2,14 +2,11 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
-#include <exception>
 #include <iostream>
 #include <string>
 
 #include "app/desktop.h"
-#include "app/shipped_formats.h"
-#include "core/startup.h"
-#include "platform/posix/program_folder.h"
+#include "app/program.h"
 
 namespace {
 
@@ -19,7 +16,7 @@ constexpr const char* kHelp =
     "Usage: tarvex [WORD...]\n"
     "  NOMINIMIZE  the window stays up after the first scan\n"
     "  SPEECH      speak messages\n"
-    "  UNPROTECT   the fixed formats may be edited\n"
+    "  UNPROTECT   the fixed formats may be edited; no effect without a setup screen\n"
     "  DEBUG       count and show what helps to find a fault; the window does not go to the tray\n"
     "  NOGDI       no drawn rows\n"
     "  LOG         write the audit logs of all channels\n"
@@ -28,12 +25,6 @@ constexpr const char* kHelp =
     "Environment:\n"
     "  TARVEX_HOME       folder of the .Cfg and log files; otherwise $XDG_DATA_HOME/tarvex\n"
     "  TARVEX_SUMMARY=1  print what was read and used when a signal ends the program\n";
-
-std::string CommandLine(int argc, char** argv) {
-  std::string line;
-  for (int index = 1; index < argc; ++index) line += (index > 1 ? " " : "") + std::string(argv[index]);
-  return line;
-}
 
 /// Qt aborts where it finds no display; a person is told instead.
 void TellOfMissingDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
@@ -51,21 +42,9 @@ int Run(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   std::setlocale(LC_NUMERIC, "C");
 
-  const std::string folder = ProgramFolder();
-  PrepareProgramFolder(folder, ShippedFormats());
-  return Desktop(folder, qgetenv("TARVEX_SUMMARY") == "1").Run(words);
+  return Desktop(ReadyProgramFolder(), IsSet("TARVEX_SUMMARY")).Run(words);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  const std::string first = argc > 1 ? argv[1] : "";
-  if (first == "--help") return (std::cout << kHelp).good() ? 0 : 1;
-  if (first == "--version") return (std::cout << "tarvex " << RevisionText() << "\n").good() ? 0 : 1;
-  try {
-    return Run(argc, argv);
-  } catch (const std::exception& fault) {
-    std::cerr << "tarvex: " << fault.what() << "\n";
-    return 1;
-  }
-}
+int main(int argc, char** argv) { return RunProgram("tarvex", kHelp, argc, argv, Run); }

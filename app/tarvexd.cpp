@@ -5,14 +5,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <exception>
-#include <iostream>
 #include <string>
 
 #include "app/daemon.h"
-#include "app/shipped_formats.h"
-#include "core/startup.h"
-#include "platform/posix/program_folder.h"
+#include "app/program.h"
 
 namespace {
 
@@ -22,7 +18,7 @@ constexpr const char* kHelp =
     "Usage: tarvexd [WORD...]\n"
     "  NOMINIMIZE  for the desktop program: the window stays up\n"
     "  SPEECH      speak messages\n"
-    "  UNPROTECT   for the desktop program: the fixed formats may be edited\n"
+    "  UNPROTECT   for the desktop program: the fixed formats may be edited; no effect without a setup screen\n"
     "  DEBUG       count and show what helps to find a fault\n"
     "  NOGDI       no weigh screen\n"
     "  LOG         write the audit logs of all channels\n"
@@ -33,21 +29,10 @@ constexpr const char* kHelp =
     "  TARVEX_ROWS=1     print the rows once a second when standard output is no terminal\n"
     "  TARVEX_SUMMARY=1  print what was read and used at the end\n";
 
-bool IsSet(const char* name) {
-  const char* value = std::getenv(name);
-  return value != nullptr && std::strcmp(value, "1") == 0;
-}
-
 /// Texts are UTF-8 on every machine, also where no language is set up; numbers are never written by the locale.
 void SetUpTexts() {
   std::setlocale(LC_ALL, "");
   if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) setenv("LC_ALL", "C.UTF-8", 1);
-}
-
-std::string CommandLine(int argc, char** argv) {
-  std::string line;
-  for (int i = 1; i < argc; ++i) line += (i > 1 ? " " : "") + std::string(argv[i]);
-  return line;
 }
 
 int Run(int argc, char** argv) {
@@ -57,21 +42,9 @@ int Run(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   std::setlocale(LC_NUMERIC, "C");
 
-  const std::string folder = ProgramFolder();
-  PrepareProgramFolder(folder, ShippedFormats());
-  return Daemon(folder, {IsSet("TARVEX_ROWS"), IsSet("TARVEX_SUMMARY")}).Run(CommandLine(argc, argv));
+  return Daemon(ReadyProgramFolder(), {IsSet("TARVEX_ROWS"), IsSet("TARVEX_SUMMARY")}).Run(CommandLine(argc, argv));
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  const std::string first = argc > 1 ? argv[1] : "";
-  if (first == "--help") return (std::cout << kHelp).good() ? 0 : 1;
-  if (first == "--version") return (std::cout << "tarvexd " << RevisionText() << "\n").good() ? 0 : 1;
-  try {
-    return Run(argc, argv);
-  } catch (const std::exception& fault) {
-    std::cerr << "tarvexd: " << fault.what() << "\n";
-    return 1;
-  }
-}
+int main(int argc, char** argv) { return RunProgram("tarvexd", kHelp, argc, argv, Run); }

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// The edge between the system's texts, one byte a character, and Qt's.
+/// The edge between the system's texts, which are bytes, and Qt's.
 
 /// Valid UTF-8 is read as that; any other bytes are Latin-1, so that nothing is ever lost.
 QString ToText(std::string_view bytes);
