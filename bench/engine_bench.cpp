@@ -39,7 +39,7 @@ void ReceptionStep(benchmark::State& state, bool change) {
   for (int index = 0; index < 64; ++index) {
     streams[static_cast<std::size_t>(index)] = StandardStream(change ? 1000 + index * 37 : 1250);
   }
-  FakePort& port = plant.ports.port[0];
+  MemoryPort& port = plant.ports.port[0];
   std::size_t next = 0;
   const auto step = [&] {
     port.waiting = streams[next++ % streams.size()];
@@ -76,7 +76,7 @@ void TickWithAllStreams(benchmark::State& state) {
   std::size_t tick = 0;
   for (auto _ : state) {
     const std::string& stream = streams[tick++ % 2];
-    for (FakePort& port : plant.ports.port) port.waiting = stream;
+    for (MemoryPort& port : plant.ports.port) port.waiting = stream;
     plant.Tick();
   }
 }

@@ -14,26 +14,6 @@ class CellsTest : public testing::Test {
   Tables& tables = *store;
 };
 
-TEST_F(CellsTest, ALampIsALetterWhileItIsOnSoThatNobodyNeedsColours) {
-  std::string on;
-  std::string off;
-  for (int item = Item::Rx; item <= Item::Error; ++item) {
-    off += CellText(tables, 4, item);
-    tables.ChanIndicator[item][4] = True;
-    on += CellText(tables, 4, item);
-  }
-  EXPECT_EQ(on, "RTMNUES!");
-  EXPECT_EQ(off, "........");
-}
-
-TEST_F(CellsTest, ATareIsBlankWhenItsNumberIsZero) {
-  for (const auto& [tare, shown] :
-       {std::pair{"0.00", ""}, {"abc", ""}, {"", ""}, {"   -0.0", ""}, {"0.05", "0.05"}, {"-4", "-4"}}) {
-    tables.ChanTare[0] = tare;
-    EXPECT_EQ(CellText(tables, 0, Item::Tare), shown) << tare;
-  }
-}
-
 TEST_F(CellsTest, AWeightNeverLosesADigitAndACaptionItsDotsFirst) {
   const struct {
     const char* text;

@@ -1,18 +1,10 @@
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
-
-#include "app/daemon_forms.h"
 #include "app/log_notice.h"
-#include "core/shutdown.h"
-#include "core/startup.h"
 #include "platform/posix/descriptor.h"
 #include "tests/support/test_plant.h"
-
-using testing::ElementsAre;
 
 namespace {
 
@@ -40,67 +32,6 @@ class ReaderPipe {
   Descriptor readEnd_, writeEnd_;
 };
 
-class DaemonFormsTest : public testing::Test {
- protected:
-  DaemonFormsTest() {
-    startupForm.Attach(engine);
-    mainForm.Attach(engine);
-  }
-  auto Announcements() const {
-    const std::string log = plant.LogText(LogType::Activity);
-    return std::count(log.begin(), log.end(), '\n');
-  }
-
-  TestPlant plant;
-  DaemonStartupForm startupForm;
-  DaemonMainForm mainForm;
-  Engine engine{plant.tables,
-                plant.system,
-                plant.events,
-                plant.ports,
-                plant.files,
-                plant.notice,
-                plant.engine.log,
-                plant.engine.configuration,
-                plant.engine.publisher,
-                plant.engine.terminal,
-                startupForm,
-                mainForm,
-                plant.dialogs};
-};
-
-TEST_F(DaemonFormsTest, TheSystemStartsOnceWhetherItWaitsForAClickOrNot) {
-  for (const bool startMinimized : {true, false}) {
-    plant.files.content["/plant/TarvexSysSetup.Cfg"] =
-        std::string("25,2,15,0,25,1,#TRUE#,") + (startMinimized ? "#TRUE#" : "#FALSE#") + "\r\n";
-    plant.tables.FirstScanPending = True;
-    plant.events.timer1.enabled = false;
-    plant.files.content.erase("/plant/" + LogFiles::FileName(LogType::Activity));
-    DaemonMainForm fresh;
-    mainForm = fresh;
-    mainForm.Attach(engine);
-    LoadStartupForm(engine);
-    EXPECT_TRUE(plant.events.timer1.enabled) << startMinimized;
-    EXPECT_EQ(Announcements(), 2) << "once from the load, once from the first activation";
-  }
-}
-
-TEST_F(DaemonFormsTest, AStoppedSystemIsActivatedAgainWithoutLoadingTheFormTwice) {
-  LaunchMainScreen(engine);
-  EXPECT_EQ(Announcements(), 2);
-  CloseTXMWindow(engine);
-  EXPECT_FALSE(plant.events.timer1.enabled);
-  LaunchMainScreen(engine);
-  EXPECT_EQ(Announcements(), 3);
-  EXPECT_TRUE(plant.events.timer1.enabled);
-}
-
-TEST_F(DaemonFormsTest, WithoutATrayTheWayThereChangesNothing) {
-  LaunchMainScreen(engine);
-  mainForm.PutInTray();
-  EXPECT_EQ(plant.tables.Minimized, False);
-}
-
 TEST(LineOutputTest, AReaderThatStopsReadingHoldsNobodyUpAndIsToldWhatItMissed) {
   ReaderPipe pipe;
   LineOutput output(pipe.WriteEnd());
@@ -116,7 +47,7 @@ TEST(LineOutputTest, AReaderThatStopsReadingHoldsNobodyUpAndIsToldWhatItMissed) 
 
 TEST(LogNoticeTest, AMessageBoxIsOneLineWithDateAndTime) {
   ReaderPipe pipe;
-  FakeSystem system;
+  HandTurnedSystem system{"2026-01-02 03:04:05"};
   LogNotice notice(system, pipe.WriteEnd());
   notice.MessageBox(" Tarvex Manager Startup Problem...", "First.\r\n\r\nSecond...    \r\n");
   notice.Speak("Attention!,  A sentence.");
@@ -127,7 +58,7 @@ TEST(LogNoticeTest, AMessageBoxIsOneLineWithDateAndTime) {
 
 TEST(LogNoticeTest, WhileAScreenStandsMessagesGoThereAndAreWrittenWhenItIsGone) {
   ReaderPipe pipe;
-  FakeSystem system;
+  HandTurnedSystem system{"2026-01-02 03:04:05"};
   LogNotice notice(system, pipe.WriteEnd());
   std::vector<std::string> shown;
   notice.ScreenStands([&](std::string_view text) { shown.emplace_back(text); });
@@ -138,17 +69,6 @@ TEST(LogNoticeTest, WhileAScreenStandsMessagesGoThereAndAreWrittenWhenItIsGone) 
   const std::string written = pipe.Read();
   EXPECT_TRUE(written.starts_with("(50 older messages)\n2026-01-02 03:04:05  message 51\n")) << written.substr(0, 80);
   EXPECT_TRUE(written.ends_with("message 250\n"));
-}
-
-TEST(LogNoticeTest, SentencesGoToTheVoiceWhereThereIsOne) {
-  ReaderPipe pipe;
-  FakeSystem system;
-  LogNotice notice(system, pipe.WriteEnd());
-  std::vector<std::string> spoken;
-  notice.SpeakWith([&](std::string_view sentence) { spoken.emplace_back(sentence); });
-  notice.Speak("Attention!");
-  EXPECT_THAT(spoken, ElementsAre("Attention!"));
-  EXPECT_EQ(pipe.Read(), "");
 }
 
 }  // namespace

@@ -68,6 +68,9 @@ TEST_F(TarvexdTest, AWeightOnTheLineBecomesARowAndASignalEndsTheProgramInOrder) 
   EXPECT_THAT(program.Output(), HasSubstr("1 of 1 channels online, "));
   const std::string activity = FileText(folder / "ActiveLog-Tarvex.txt");
   EXPECT_THAT(activity, HasSubstr(" @ Initializing Devices...\r\n"));
+  const std::size_t started = activity.find(" @ Tarvex Manager Initialized", activity.find("Initialized") + 1);
+  EXPECT_NE(started, std::string::npos) << "once from the load, once from the first activation";
+  EXPECT_EQ(activity.find("Initialized", started + 30), std::string::npos);
   EXPECT_TRUE(activity.ends_with(" @ Tarvex Manager Terminated\r\n")) << activity;
   EXPECT_EQ(PlantFloor(scale.Path()).OpeningFault(0), 0) << "the port must be free again";
 }

@@ -169,20 +169,4 @@ TEST_F(TextScreenTest, TheProgramEndsOnlyAfterAYesButAtOnceOnCtrlC) {
   EXPECT_EQ(quits, 2);
 }
 
-TEST_F(TextScreenTest, TheHeadCountsChannelsAndStreams) {
-  tables.ChanStatusBits[2] = StatusBit::Offline;
-  tables.StreamsDecoded = 60;
-  plant.system.second += 2;
-  Tick();
-  EXPECT_TRUE(Shows("2 of 3 online   30 streams/s   03:04:05")) << terminal.Screen();
-}
-
-TEST_F(TextScreenTest, AMessageIsBrokenAtBlanksAndStaysUntilTheNext) {
-  screen.ShowMessage("The COM: port you have selected is already in use...\r\nRestoring default settings now...");
-  EXPECT_TRUE(Shows("\n 03:04:05  The COM: ")) << terminal.Screen();
-  EXPECT_TRUE(Shows("\n default settings now..")) << terminal.Screen();
-  screen.ShowMessage("second");
-  EXPECT_FALSE(Shows("The COM:"));
-}
-
 }  // namespace

@@ -45,14 +45,4 @@ TEST(ChannelFileTest, AFileCutAnywhereRaisesAndChangesNothing) {
   }
 }
 
-TEST(ChannelFileTest, AListIndexOutsideItsListIsRefused) {
-  ConfigPlant plant;
-  for (const char* protocol : {"-1", "43"}) {
-    plant.File(kFile10) = protocol + std::string(kDefaultsOfChannel9).substr(1);
-    EXPECT_EQ(plant.Run(CfgAction::ReadChannelFile, 9),
-              "9 Subscript out of range: /plant/Tarvex-SCALE10.Cfg, line 1, field 1 (ChanProtocol): found \"" +
-                  std::string(protocol) + "\", possible are 0 to 42");
-  }
-}
-
 }  // namespace

@@ -17,7 +17,7 @@ class PortTrialTest : public testing::Test {
   }
 
   ConfigPlant plant;
-  FakePort& port = plant.ports.port[4];
+  MemoryPort& port = plant.ports.port[4];
 };
 
 struct FaultCase {

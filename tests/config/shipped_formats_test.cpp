@@ -56,17 +56,6 @@ struct Frame {
 /// What the digits 001250 are in each decimal position.
 constexpr const char* kShown[] = {"125000", " 12500", "  1250", " 125.0", " 12.50", " 1.250", "0.1250", ".01250"};
 
-TEST(ShippedFormatsTest, TheFilesAreInTheFormThatTheSystemWritesItself) {
-  for (const Shipped& shipped : kShipped) {
-    ShippedPlant plant(shipped.proto);
-    const std::string content = plant.File(shipped.file);
-    EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 116);
-    plant.File(shipped.file) = "to be replaced";
-    EXPECT_EQ(plant.Run(CfgAction::WriteFormatFile, shipped.proto), "");
-    EXPECT_EQ(plant.File(shipped.file), content) << shipped.file;
-  }
-}
-
 TEST(ShippedFormatsTest, EveryCombinationOfStatusBitsIsDecodedRight) {
   for (int proto : {kShort, kStandard}) {
     ShippedPlant plant(proto);
@@ -128,28 +117,6 @@ TEST(ShippedFormatsTest, AFrameThatIsNotWholeGivesNoWeight) {
       for (int frame = 0; frame < 2; ++frame) plant.Tick(kChannel, whole);
       EXPECT_EQ(plant.tables.ChanGross[kChannel], " 12.50");
       EXPECT_EQ(plant.tables.ChanStatusText[kChannel], "Online...");
-    }
-  }
-}
-
-TEST(ShippedFormatsTest, AContinuousDeviceShowsItsNewestWholeFrameHoweverTheBytesArrive) {
-  for (int proto : {kShort, kStandard}) {
-    for (std::size_t chunk = 1; chunk <= 40; ++chunk) {
-      ShippedPlant plant(proto);
-      std::string line;
-      const std::size_t size = Frame{}.Bytes(proto).size();
-      for (int weight = 0; weight < 60; ++weight) {
-        Frame frame;
-        frame.decimals = 2;
-        frame.digits = std::to_string(100000 + weight);
-        line += frame.Bytes(proto);
-      }
-      for (std::size_t at = 0; at < line.size(); at += chunk) {
-        plant.Tick(kChannel, line.substr(at, chunk));
-        const std::size_t whole = std::min(at + chunk, line.size()) / size;
-        if (whole < 2) continue;
-        ASSERT_EQ(plant.tables.ChanGross[kChannel], std::to_string(100000 + whole - 1)) << "chunk " << chunk;
-      }
     }
   }
 }

@@ -47,7 +47,7 @@ TEST(InitialisationTest, TheFirstTickReadsTheFormatsAndOpensEveryEnabledChannel)
   EXPECT_EQ(plant.configuration.journal.substr(0, 10), "10:0 10:1 ");
   EXPECT_EQ(plant.configuration.journal.find("10:39"), std::string::npos);
   EXPECT_EQ(ChannelActions(plant.configuration.journal), "4:0 4:1 4:2 ");
-  const FakePort& port = plant.ports.port[1];
+  const MemoryPort& port = plant.ports.port[1];
   EXPECT_EQ(port.commPort, 6);
   EXPECT_EQ(port.settings, "9600,N,8,1");
   EXPECT_EQ(t.ChanConnected[1], True);
@@ -98,24 +98,6 @@ TEST(InitialisationTest, APortFaultDisablesItsChannelAndTheNextTickGoesOnBehindI
     EXPECT_EQ(plant.tables.ChanConnected[2], True);
     EXPECT_EQ(plant.ports.port[0].opened, 1);
   }
-}
-
-TEST(InitialisationTest, DamagedFilesCostATickEachAndNoOtherChannel) {
-  ColdPlant plant;
-  const auto read = plant.configuration.onRead;
-  plant.configuration.onRead = [&plant, read](int action, int number) {
-    read(action, number);
-    if ((action == CfgAction::ReadFormatFile && number == 7) || (action == CfgAction::ReadChannelFile && number == 1)) {
-      throw RunTimeError(ErrorNumber::InputPastEnd, "file " + std::to_string(number) + " ends too early");
-    }
-  };
-  EXPECT_EQ(Timer1Tick(plant.cold)->Description(), "file 7 ends too early");
-  EXPECT_EQ(Timer1Tick(plant.cold)->Description(), "file 1 ends too early");
-  EXPECT_FALSE(Timer1Tick(plant.cold));
-  ExpectFailedChannel(plant.tables);
-  EXPECT_EQ(plant.tables.ChanConnected[0], True);
-  EXPECT_EQ(plant.tables.ChanConnected[2], True);
-  EXPECT_EQ(plant.notice.boxes.size(), 2U);
 }
 
 TEST(InitialisationTest, AfterAStopNoRowShowsItsOldWeightWhileAnotherChannelHoldsUpTheStart) {

@@ -95,19 +95,6 @@ TEST_F(CGDITest, ANewDescriptionRepaintsTheWeightItsCellReachesOver) {
   EXPECT_FALSE(Flagged(0, Item::StatusCaption)) << "the net cell ends in front of the caption";
 }
 
-TEST_F(CGDITest, RoundsOfSettingUpAndReleasingLeaveNothing) {
-  plant.tables.MaxChannel = 1;
-  for (int round = 0; round < 3; ++round) {
-    gdi.SetUp();
-    FlagAndDraw(1, Item::Gross);
-    plant.tables.ChanIndicator[Item::Rx][1] = True;
-    FlagAndDraw(1, Item::Rx);
-    gdi.Release();
-    ASSERT_TRUE(canvas.alive.empty()) << "round " << round;
-  }
-  EXPECT_EQ(plant.LogText(LogType::Drawing), "");
-}
-
 TEST_F(CGDITest, EveryObjectThatCannotBeFreedIsLoggedAndInDebugModeShownEvenIfTheLogFails) {
   plant.tables.MaxChannel = 0;
   gdi.SetUp();

@@ -12,7 +12,7 @@ class LogFilesTest : public testing::Test {
 
   std::unique_ptr<Tables> tables = std::make_unique<Tables>();
   MemoryFiles files;
-  FakeSystem system;
+  HandTurnedSystem system{"2026-01-02 03:04:05"};
   LogFiles log{*tables, files, system};
 };
 

@@ -45,14 +45,4 @@ TEST(PanelTest, ButtonsAreGreyUnderADialogBehindTheLastChannelAndInDebugModeTheT
   }
 }
 
-TEST(PanelTest, KeysWorkWithAnyModifierAndNotWithoutOne) {
-  for (Modifiers held : {Modifiers{true, false, false}, {false, true, false}, {false, false, true}}) {
-    EXPECT_EQ(ButtonForKey('M', held), PanelButton::PutInTray);
-    EXPECT_EQ(ButtonForKey('X', held), PanelButton::End);
-    EXPECT_EQ(ButtonForKey('R', held), std::nullopt);
-  }
-  EXPECT_EQ(ButtonForKey('M', {}), std::nullopt);
-  EXPECT_EQ(ButtonForKey('X', {}), std::nullopt);
-}
-
 }  // namespace

@@ -1,17 +1,14 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/canvas.h"
 
-/// A canvas that keeps books instead of pixels: what lives, what is selected where, and what was drawn.
+/// A canvas that keeps books instead of pixels: what lives, and what was drawn in which colour.
 class RecordingCanvas : public Canvas {
  public:
   struct Text {
@@ -30,8 +27,8 @@ class RecordingCanvas : public Canvas {
   std::vector<Lamp> lamps;
   std::vector<std::array<int, 4>> shown;  ///< copies to the window: x, y, width, height
   std::vector<FontShape> fonts;
-  std::map<DrawingHandle, std::string> alive;  ///< handle to its kind
-  bool failing = false;                        ///< selections and deletions fail
+  std::set<DrawingHandle> alive;
+  bool failing = false;  ///< selections and deletions fail
   int contextsTaken = 0;
 
   DrawingHandle WindowContext() override {
@@ -39,41 +36,28 @@ class RecordingCanvas : public Canvas {
     return kWindow;
   }
   void ReleaseContext(DrawingHandle) override { --contextsTaken; }
-  DrawingHandle CreateCompatibleContext() override { return Make("context"); }
-  DrawingHandle CreateBitmap(int, int) override { return Make("bitmap"); }
-  DrawingHandle CreatePen(Colour colour) override { return Paint("pen", colour); }
-  DrawingHandle CreateBrush(Colour colour) override { return Paint("brush", colour); }
+  DrawingHandle CreateCompatibleContext() override { return Make(); }
+  DrawingHandle CreateBitmap(int, int) override { return Make(); }
+  DrawingHandle CreatePen(Colour colour) override { return CreateBrush(colour); }
+  DrawingHandle CreateBrush(Colour colour) override {
+    paint_[Make()] = colour;
+    return last_;
+  }
   DrawingHandle CreateFont(const FontShape& shape) override {
     fonts.push_back(shape);
-    return Make("font");
+    return Make();
   }
-  DrawingHandle SelectObject(DrawingHandle context, DrawingHandle object) override {
-    if (failing || alive.count(context) == 0 || (object != kStock && alive.count(object) == 0)) return 0;
-    const std::string kind = object == kStock ? "bitmap" : alive[object];
-    DrawingHandle& place = selected_[{context, kind}];
-    const DrawingHandle previous = place == 0 ? kStock : place;
-    place = object;
-    return previous;
+  DrawingHandle SelectObject(DrawingHandle, DrawingHandle object) override {
+    if (paint_.contains(object)) colour_ = paint_[object];
+    return failing ? 0 : kStock;
   }
-  bool DeleteObject(DrawingHandle object) override {
-    const auto isSelected = [&](const auto& entry) { return entry.second == object; };
-    if (std::any_of(selected_.begin(), selected_.end(), isSelected)) return false;
-    return Free(object);
-  }
-  bool DeleteContext(DrawingHandle context) override {
-    if (context == kWindow) return !failing;
-    if (!Free(context)) return false;
-    std::erase_if(selected_, [&](const auto& entry) { return entry.first.first == context; });
-    return true;
-  }
+  bool DeleteObject(DrawingHandle object) override { return Free(object); }
+  bool DeleteContext(DrawingHandle context) override { return context == kWindow ? !failing : Free(context); }
   void Copy(DrawingHandle to, int x, int y, int width, int height, DrawingHandle, int, int) override {
     if (to == kWindow) shown.push_back({x, y, width, height});
   }
-  void Ellipse(DrawingHandle context, int left, int top, int right, int bottom) override {
-    const DrawingHandle brush = selected_[{context, "brush"}];
-    const DrawingHandle pen = selected_[{context, "pen"}];
-    EXPECT_EQ(colours_[brush], colours_[pen]);
-    lamps.push_back({colours_[brush], {left, top, right, bottom}});
+  void Ellipse(DrawingHandle, int left, int top, int right, int bottom) override {
+    lamps.push_back({colour_, {left, top, right, bottom}});
   }
   void SetTransparentBackground(DrawingHandle) override {}
   void SetText(DrawingHandle, Colour colour, TextAlign align) override {
@@ -88,25 +72,14 @@ class RecordingCanvas : public Canvas {
   static constexpr DrawingHandle kWindow = 1;
   static constexpr DrawingHandle kStock = 2;  // what a new context holds
 
-  DrawingHandle Make(const std::string& kind) {
-    alive[++last_] = kind;
+  DrawingHandle Make() {
+    alive.insert(++last_);
     return last_;
   }
-  DrawingHandle Paint(const std::string& kind, Colour colour) {
-    const DrawingHandle handle = Make(kind);
-    colours_[handle] = colour;
-    return handle;
-  }
-  bool Free(DrawingHandle handle) {
-    const auto entry = alive.find(handle);
-    if (failing || entry == alive.end()) return false;
-    alive.erase(entry);
-    return true;
-  }
+  bool Free(DrawingHandle handle) { return !failing && alive.erase(handle) > 0; }
 
   DrawingHandle last_ = 100;
-  std::map<std::pair<DrawingHandle, std::string>, DrawingHandle> selected_;
-  std::map<DrawingHandle, Colour> colours_;
+  std::map<DrawingHandle, Colour> paint_;
   Colour colour_{};
   TextAlign align_{};
 };

@@ -51,21 +51,6 @@ TEST(RefreshRatesTest, OpeningShowsTheIntervalsThatRunAndTheScanTellsItsRateUnti
   EXPECT_TRUE(plant.dialogs.rate.empty());
 }
 
-TEST(RefreshRatesTest, PacedOutputAndDrawingTellTheirRatesTooAlsoWhileTheWindowIsSmall) {
-  for (const auto& [label, tick] : {std::pair{2, &TxTimerTick}, {3, &GDITimerTick}}) {
-    TestPlant plant;
-    plant.tables.ScreenPainted = True;
-    plant.tables.Minimized = True;
-    tick(plant.engine);
-    EXPECT_TRUE(plant.dialogs.rate.empty()) << label;
-    OpenRefresh(plant.engine);
-    for (int round = 0; round < 3; ++round) tick(plant.engine);
-    ++plant.system.second;
-    tick(plant.engine);
-    EXPECT_EQ(plant.dialogs.rate.at(label), 2);
-  }
-}
-
 class RecordingConfiguration : public Configuration {
  public:
   std::vector<int> actions;

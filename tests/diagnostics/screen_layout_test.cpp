@@ -6,11 +6,6 @@
 
 namespace {
 
-TEST(ScreenLayoutTest, TheLargeLayoutServesEveryWidthButEightHundred) {
-  EXPECT_EQ(LayoutFor(800).width, 800);
-  for (int width : {801, 1024, 1280, 3840}) EXPECT_EQ(LayoutFor(width).width, 1024) << width;
-}
-
 TEST(ScreenLayoutTest, RowsOfTheLargeLayoutLieSixteenPixelsApartAndThoseOfTheSmallOneRiseEverySixChannels) {
   for (int ch = 0; ch < kChannels; ++ch) {
     for (int item = 0; item < Item::Count; ++item) EXPECT_EQ(PlaceOf(LayoutFor(1024), ch, item).y, 207 + 16 * ch);
@@ -31,12 +26,6 @@ TEST(ScreenLayoutTest, LampsOfTheSmallLayoutAreFittedByHand) {
     for (int item : {0, 1}) EXPECT_EQ(PlaceOf(layout, ch, item).y, row + traffic) << ch;
     for (int item : {2, 3, 4, 5, 6, 7}) EXPECT_EQ(PlaceOf(layout, ch, item).y, row + status) << ch;
     for (int item : {8, 9, 10, 11, 12}) EXPECT_EQ(PlaceOf(layout, ch, item).y, row) << ch;
-  }
-}
-
-TEST(ScreenLayoutTest, ACellOutsideTheScreenIsASubscriptFault) {
-  for (auto [ch, item] : {std::pair{-1, 0}, {32, 0}, {0, -1}, {0, 13}}) {
-    EXPECT_THROW(PlaceOf(LayoutFor(1024), ch, item), RunTimeError) << ch << ' ' << item;
   }
 }
 

@@ -2,9 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
 #include <termios.h>
 
 #include <cstdlib>
@@ -43,35 +40,6 @@ Scale::Scale() : FarEnd(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK)
 }
 
 std::string Scale::Path() const { return ptsname(Handle()); }
-
-DeviceServer::DeviceServer() { Start(); }
-
-void DeviceServer::Start() {
-  listener_ = Descriptor(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-  const int on = 1;
-  setsockopt(listener_.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  sockaddr_in here{};
-  here.sin_family = AF_INET;
-  here.sin_port = htons(static_cast<std::uint16_t>(port_));
-  here.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof here;
-  if (bind(listener_.Get(), reinterpret_cast<sockaddr*>(&here), size) != 0 || listen(listener_.Get(), 1) != 0 ||
-      getsockname(listener_.Get(), reinterpret_cast<sockaddr*>(&here), &size) != 0) {
-    throw std::runtime_error("no device server");
-  }
-  port_ = ntohs(here.sin_port);
-}
-
-std::string DeviceServer::Address(std::string_view host) const {
-  return "tcp://" + std::string(host) + ":" + std::to_string(port_);
-}
-
-bool DeviceServer::HasCaller() const {
-  pollfd waiting{listener_.Get(), POLLIN, 0};
-  return poll(&waiting, 1, 0) == 1;
-}
-
-FarEnd DeviceServer::Accept() { return FarEnd(accept4(listener_.Get(), nullptr, nullptr, SOCK_NONBLOCK)); }
 
 SerialPort& PlantFloor::Open(int ch, const char* settings, int handshaking) {
   SerialPort& port = ports.Port(ch);

@@ -8,10 +8,9 @@
 #include "platform/posix/posix_serial_ports.h"
 #include "tests/platform/machine.h"
 
-/// The device's end of a line: a scale at the other side of a pseudo-terminal, or a device server's connection.
+/// The device's end of a line.
 class FarEnd {
  public:
-  FarEnd() = default;
   explicit FarEnd(int handle) : handle_(handle) {}
   /// What the line takes of `data` at once, in bytes.
   std::size_t SendSome(std::string_view data);
@@ -19,8 +18,6 @@ class FarEnd {
   std::string Take();
   /// Waits for `size` bytes.
   std::string Take(std::size_t size);
-  /// The plug is pulled; bytes on the way are lost.
-  void Pull() { handle_.Close(); }
   int Handle() const { return handle_.Get(); }
 
  private:
@@ -32,22 +29,6 @@ class Scale : public FarEnd {
  public:
   Scale();
   std::string Path() const;
-};
-
-/// A device server on this machine. It takes no connection until the test accepts one.
-class DeviceServer {
- public:
-  DeviceServer();
-  /// `tcp://HOST:port`
-  std::string Address(std::string_view host = "127.0.0.1") const;
-  bool HasCaller() const;
-  FarEnd Accept();
-  void Stop() { listener_.Close(); }
-  void Start();
-
- private:
-  Descriptor listener_;
-  int port_ = 0;
 };
 
 /// The ports under a clock turned by hand. COM1 stands for `address`; every other port has what `addressOf` says.

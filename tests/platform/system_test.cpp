@@ -12,31 +12,6 @@
 
 namespace fs = std::filesystem;
 
-TEST(OperatingSystem, TheSecondCopyInAFolderIsRefusedUntilTheFirstDiesHoweverItDies) {
-  TemporaryFolder folder;
-  TemporaryFolder elsewhere;
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  const Descriptor readEnd(ready[0]);
-  const Descriptor writeEnd(ready[1]);
-  OtherProcess first([&] {
-    PosixSystem system(folder.Path());
-    const char answer = system.PreviousInstance() ? 'y' : 'n';
-    if (write(writeEnd.Get(), &answer, 1) != 1) return 1;
-    while (true) pause();
-    return 0;
-  });
-  char answer = '?';
-  ASSERT_EQ(read(readEnd.Get(), &answer, 1), 1);
-  EXPECT_EQ(answer, 'n');
-  PosixSystem second(folder.Path());
-  EXPECT_TRUE(second.PreviousInstance());
-  EXPECT_FALSE(PosixSystem(elsewhere.Path()).PreviousInstance());
-  first.Kill();
-  EXPECT_FALSE(second.PreviousInstance());
-  EXPECT_FALSE(second.PreviousInstance()) << "a copy may not take itself for another one";
-}
-
 TEST(OperatingSystem, TheFirstStartCopiesTheShippedFormatsAndLaterOnesNothing) {
   TemporaryFolder base;
   const std::string shipped = base / "shipped";

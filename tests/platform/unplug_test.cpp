@@ -31,22 +31,6 @@ class Unplug : public testing::Test {
 
 }  // namespace
 
-TEST_F(Unplug, APulledDeviceReadsAsSilenceAndIsBackWithinASecondOfItsReturn) {
-  SerialPort& port = floor.ports.Port(0);
-  PullOut();
-  floor.ports.Poll();
-  port.Output("lost on the way");
-  EXPECT_TRUE(port.PortOpen());
-  EXPECT_EQ(port.InBufferCount(), 0u);
-
-  PlugIn();
-  floor.Pass(999);
-  EXPECT_EQ(scale->SendSome("early"), 5u);
-  EXPECT_EQ(port.InBufferCount(), 0u) << "looked for more often than once a second";
-  floor.Pass(1);
-  floor.ExpectTalk(*scale, "back");
-}
-
 TEST_F(Unplug, AThousandPullsLeakNoHandle) {
   floor.ExpectTalk(*scale);
   const std::size_t before = OpenDescriptors();

@@ -69,21 +69,4 @@ TEST(WeightFormatTest, StatusDecimalsWriteThePointIntoTheField) {
   }
 }
 
-TEST(WeightFormatTest, StatusDecimalsOfTheLastCustomFormatsAndOfTooNarrowFieldsRaise) {
-  TestPlant plant;
-  const std::tuple<std::string, int, int> cases[] = {{"001250", 32, 0},
-                                                     {"001250", 33, ErrorNumber::SubscriptOutOfRange},
-                                                     {"1", 12, ErrorNumber::InvalidCall},
-                                                     {"12", 12, 0}};
-  for (auto [field, proto, number] : cases) {
-    int raised = 0;
-    try {
-      FormatDecimalPlaces(plant.tables, field, -2, "", proto);
-    } catch (const RunTimeError& fault) {
-      raised = fault.Number();
-    }
-    EXPECT_EQ(raised, number) << field << " of " << proto;
-  }
-}
-
 }  // namespace

@@ -3,67 +3,11 @@
 #include "core/fixed_tables.h"
 #include "core/scan_engine.h"
 
-void FakePort::Open() {
-  ++opened;
-  if (openError != 0) throw RunTimeError(openError, "COM" + std::to_string(commPort) + " cannot be opened");
-  open = !refuseToOpen;
-}
-
-void FakePort::RequireOpen() const {
-  if (!open) throw RunTimeError(ErrorNumber::SerialPortNotOpen, "The port is not open");
-}
-
-std::size_t FakePort::InBufferCount() {
-  RequireOpen();
-  return waiting.size();
-}
-
-void FakePort::Input(std::string& chunk) {
-  RequireOpen();
-  chunk = waiting;
-  waiting.clear();
-}
-
-void FakePort::Output(std::string_view data) {
-  RequireOpen();
-  sent.emplace_back(data);
-}
-
-SerialPort& FakePorts::Port(int ch) {
-  if (ch < 0 || ch >= static_cast<int>(port.size())) RaiseSubscriptOutOfRange();
-  return port[static_cast<std::size_t>(ch)];
-}
-
-void MemoryFiles::Check(const std::string& path) const {
-  const auto fault = broken.find(path);
-  if (fault != broken.end()) throw RunTimeError(fault->second, "Cannot use " + path);
-}
-
-std::string MemoryFiles::OpenAndRead(const std::string& path) {
-  Check(path);
-  return content[path];
-}
-
-std::string MemoryFiles::Read(const std::string& path) {
-  Check(path);
-  const auto file = content.find(path);
-  return file == content.end() ? std::string{} : file->second;
-}
-
-void MemoryFiles::Replace(const std::string& path, std::string_view text) {
-  Check(path);
-  content[path] = text;
-}
-
-void MemoryFiles::Append(const std::string& path, std::string_view line) {
-  Check(path);
-  content[path] += line;
-}
-
 TestPlant::TestPlant()
     : manager({system, events, ports, files, notice, opc, startupForm, mainForm, dialogs}, "/plant"),
       tables(manager.Store()),
       engine(manager.Parts()) {
+  system.second = 1'000'000;
   tables.MaxChannel = 31;
   tables.Timer1Sleep = 0;
   tables.ChannelsInitialised = True;

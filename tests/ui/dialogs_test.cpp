@@ -3,23 +3,14 @@
 #include <gmock/gmock.h>
 
 #include <QLabel>
-#include <QLineEdit>
 #include <QPainter>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSlider>
-#include <QTest>
 
 #include "platform/qt/text.h"
 #include "tests/support/test_plant.h"
 #include "tests/ui/offscreen.h"
-#include "tests/ui/wait_for.h"
-#include "ui/frm_sql_detail.h"
 #include "ui/value_label.h"
 
 namespace {
-
-using testing::ElementsAre;
 
 /// A plant with one scale, and an operator in front of its small windows.
 class DialogsTest : public testing::Test {
@@ -52,10 +43,6 @@ class DialogsTest : public testing::Test {
     return control;
   }
 
-  static void Click(const QString& window, const QString& button) {
-    QTest::mouseClick(Find<QPushButton>(window, button), Qt::LeftButton);
-  }
-
   static QString Ld(int element) { return Find<ValueLabel>("frmDetail", QString("Ld(%1)").arg(element))->Text(); }
 
   QApplication& application = OffscreenApplication();
@@ -64,29 +51,6 @@ class DialogsTest : public testing::Test {
   std::vector<bool> announced;
   Dialogs dialogs;
 };
-
-TEST_F(DialogsTest, OneWindowIsOpenAtATimeAndTheMainWindowIsToldOfItsBeginningAndEnd) {
-  const std::vector<std::function<void()>> waysToClose = {
-      [] { Click("frmDetail", "cmdClose"); },
-      [] { QTest::keyClick(Window("frmDetail"), Qt::Key_Escape); },
-      [] { QTest::keyClick(Window("frmDetail"), Qt::Key_C, Qt::AltModifier); },
-      [] { Window("frmDetail")->close(); },
-      [this] { dialogs.Close(); },
-  };
-  for (const auto& close : waysToClose) {
-    announced.clear();
-    dialogs.cmdDetail(kCh, nullptr);
-    ASSERT_TRUE(WaitFor([] { return Window("frmDetail")->isActiveWindow(); }));
-    dialogs.cmdRefresh(nullptr);
-    EXPECT_EQ(Window("frmRefresh"), nullptr);
-    EXPECT_THAT(announced, ElementsAre(true));
-    EXPECT_EQ(tables.ChanDetailOpen[kCh], True);
-    close();
-    EXPECT_TRUE(WaitFor([] { return Window("frmDetail") == nullptr; }));
-    EXPECT_THAT(announced, ElementsAre(true, false));
-    EXPECT_EQ(tables.ChanDetailOpen[kCh], False);
-  }
-}
 
 TEST_F(DialogsTest, AChannelSetUpForTheMissingVirtualTerminalSaysSoAndLeavesTheButtonsAlone) {
   tables.ChanVirtualTerminal[kCh] = True;
@@ -131,52 +95,6 @@ TEST_F(DialogsTest, WhateverATextHoldsItIsShownInItsPlaceAndNothingElseMoves) {
       EXPECT_EQ(Window("frmDetail")->size(), size);
     }
   }
-}
-
-class RefreshTest : public DialogsTest {
- protected:
-  RefreshTest() { dialogs.cmdRefresh(nullptr); }
-
-  static QLineEdit* Box(int box) { return Find<QLineEdit>("frmRefresh", QString("tVal(%1)").arg(box)); }
-
-  static std::vector<QString> Boxes() {
-    std::vector<QString> texts;
-    for (int box = 0; box < 6; ++box) texts.push_back(Box(box)->text());
-    return texts;
-  }
-
-  static void Type(int box, const QString& text) {
-    Box(box)->selectAll();
-    QTest::keyClicks(Box(box), text);
-  }
-};
-
-TEST_F(RefreshTest, OnlyNumbersCanBeTypedAndAnUpdateBringsThemInsideTheirLimits) {
-  Click("frmRefresh", "cmdAdvanced");
-  Type(0, "-3x0y");
-  EXPECT_EQ(Box(0)->text(), "30");
-  Type(1, "99999");
-  Type(2, "0");
-  Type(3, "9");
-  Box(4)->clear();
-  Click("frmRefresh", "cmdUpdate");
-  EXPECT_THAT(Boxes(), ElementsAre("30", "1000", "1", "0", "15", "1"))
-      << "the pause of the TxTimer, which is not read, cannot be typed";
-  EXPECT_EQ(plant.events.timer1.interval, 30);
-  EXPECT_EQ(plant.events.gdiTimer.interval, 15) << "an empty box changes nothing";
-
-  Click("frmRefresh", "cmdUnAdvanced");
-  EXPECT_EQ(Find<QSlider>("frmRefresh", "Slider1")->value(), 2) << "the slider stands where the numbers put it";
-  EXPECT_EQ(Boxes()[0], "30") << "and leaves them alone";
-}
-
-TEST_F(DialogsTest, TheSqlDetailHasItsThreeBoxesAndCloses) {
-  frmSQLDetail detail;
-  detail.show();
-  for (const char* name : {"tSqlData", "tRxData", "tTxData"})
-    EXPECT_TRUE(detail.findChild<QPlainTextEdit*>(name)) << name;
-  Click("frmSQLDetail", "cmdClose");
-  EXPECT_FALSE(detail.isVisible());
 }
 
 }  // namespace

@@ -58,17 +58,6 @@ TEST_F(MessageBoxesTest, BoxesAskedForMeanwhileWaitTheirTurnAndNoneIsShownTwice)
   EXPECT_EQ(returned, 50) << "those who ask meanwhile are not held";
 }
 
-TEST_F(MessageBoxesTest, AProgramThatIsToldToQuitIsNotHeldByABox) {
-  QTimer::singleShot(0, [&] {
-    QTimer::singleShot(10, [] { QCoreApplication::exit(); });
-    boxes.Show("Tarvex", "first");
-    boxes.Show("Tarvex", "second");
-  });
-  QTimer::singleShot(8000, [] { FAIL() << "held by a box"; });
-  QApplication::exec();
-  EXPECT_EQ(StandingBox(), nullptr);
-}
-
 TEST_F(MessageBoxesTest, WhateverTheTextTheBoxFitsTheScreen) {
   const std::string texts[] = {std::string(5000, 'W'), std::string(5000, '\x01'), "<h1>" + std::string(300, 'x')};
   for (const std::string& text : texts) {

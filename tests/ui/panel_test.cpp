@@ -90,18 +90,6 @@ TEST(DrawnCellsTest, AWeightTooLongForItsCellIsDrawnNarrowerAndNotCut) {
   EXPECT_NE(pictureOf("99999999991"), pictureOf("99999999999")) << "and the last digit";
 }
 
-TEST(PanelWindowTest, TheLayoutOfTheDisplayPlacesWindowAndButtons) {
-  OffscreenApplication();
-  for (int width : {800, 1024, 1280}) {
-    PanelPlant plant(width);
-    plant.Launch();
-    const ScreenLayout& layout = LayoutFor(width);
-    EXPECT_EQ(plant.panel.size(), QSize(layout.width, layout.height));
-    const CellPlace last = ButtonPlace(layout, PanelButton::Setup, 31);
-    EXPECT_EQ(plant.Button("cmdSetup(31)").geometry(), QRect(last.x, last.y, last.width, last.height)) << width;
-  }
-}
-
 TEST(PanelWindowTest, TheCopyOfACellDoesNotFlagTheOthers) {
   OffscreenApplication();
   PanelPlant plant;
@@ -114,19 +102,6 @@ TEST(PanelWindowTest, TheCopyOfACellDoesNotFlagTheOthers) {
   }
   plant.panel.findChild<QWidget*>()->update();
   EXPECT_TRUE(WaitFor([&] { return plant.tables.ChanDirty[Item::Gross][31] == True; })) << "a repaint flags every cell";
-}
-
-TEST(PanelWindowTest, ARestoredPanelIsRedrawnEvenOnADesktopThatKeptItsPicture) {
-  OffscreenApplication();
-  PanelPlant plant;
-  plant.Launch();
-  plant.panel.PutInTray();
-  EXPECT_EQ(plant.tables.Minimized, True);
-  QCoreApplication::processEvents();
-  plant.tables.ScreenPainted = False;
-  plant.panel.showNormal();
-  EXPECT_EQ(plant.tables.Minimized, False);
-  EXPECT_TRUE(WaitFor([&] { return plant.tables.ScreenPainted == True; }));
 }
 
 TEST(PanelWindowTest, ClosingTheWindowIsTheEndButtonAlsoInATickAndHeldWhileADialogIsOpen) {

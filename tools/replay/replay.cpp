@@ -147,7 +147,7 @@ void Replay::Act(const OpcArrivals& arrivals) {
 }
 
 TickEvents Replay::Tick(const std::string& bytes) {
-  CapturePort& port = ports_.port;
+  MemoryPort& port = ports_.port[static_cast<std::size_t>(ch_)];
   port.waiting += bytes;
   const bool bytesCame = tables_.ChanConnected[ch_] == True && !port.waiting.empty();
   flush_.outlets.clear();

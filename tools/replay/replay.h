@@ -7,10 +7,13 @@
 #include <string_view>
 #include <vector>
 
+#include "app/headless_forms.h"
 #include "app/manager.h"
+#include "platform/memory/hand_turned.h"
+#include "platform/memory/memory_ports.h"
 #include "platform/run_time_error.h"
 #include "tools/replay/capture.h"
-#include "tools/replay/outside.h"
+#include "tools/replay/capture_opc.h"
 #include "tools/replay/overlay_files.h"
 
 /// What is replayed, and on which channel.
@@ -95,9 +98,9 @@ class Replay {
 
   int ch_;
   OverlayFiles files_;
-  StillSystem system_;
-  HandDrivenEvents events_;
-  CapturePorts ports_;
+  HandTurnedSystem system_;
+  HandTurnedEvents events_;
+  MemoryPorts ports_;
   CaptureOpc opc_;
   Deaf notice_;
   HeadlessStartupForm startupForm_;

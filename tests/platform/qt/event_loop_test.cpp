@@ -52,14 +52,4 @@ TEST_F(EventLoopTest, OtherTimersRunInsideATickButTheSameOneNeverNests) {
   EXPECT_EQ(deepest, 1);
 }
 
-TEST_F(EventLoopTest, EndingSignalsArriveAsCallsFromTheLoop) {
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    int calls = 0;
-    const Termination termination([&] { ++calls; });
-    raise(signal);
-    EXPECT_EQ(calls, 0) << "the call must not come from inside the handler";
-    EXPECT_TRUE(RunUntil([&] { return calls > 0; })) << signal;
-  }
-}
-
 }  // namespace

@@ -50,36 +50,6 @@ TEST(ReplayTest, TheCaptureBeginsBehindTheStartTickWhateverTheInitialisationTook
   EXPECT_EQ(folder.files.content, before) << "a replay writes nothing";
 }
 
-TEST(ReplayTest, AFaultThatKeepsTheChannelClosedStandsInTheFirstLineAndNamesTheFileThatWasRead) {
-  Folder folder;
-  folder.files.content["/mine.Cfg"] = "0,2,13\r\n5,x";
-  folder.ReplaceInChannel("#FALSE#,#TRUE#", "#FALSE#,#FALSE#");  // disabled, which is not what keeps it closed
-  Replay replay(folder.files, {.home = "/plant", .format = "/mine.Cfg"});
-  EXPECT_THAT(replay.Warnings(), testing::Contains(HasSubstr("/mine.Cfg")));
-  const TickEvents first = replay.Tick(kGood);
-  ASSERT_TRUE(first.error);
-  EXPECT_EQ(first.error->Number(), ErrorNumber::TypeMismatch);
-  EXPECT_EQ(replay.Store().ChanStatusText[0], "Initialization Error...");
-  EXPECT_EQ(first.outcome, TickEvents::Outcome::Silent);
-  EXPECT_FALSE(replay.Tick(kGood).error);
-}
-
-TEST(ReplayTest, TheOperatorIsWarnedOfAFormatThatDecodesNothing) {
-  const std::pair<std::string, std::string> cases[] = {{"0", "is no scale protocol"},
-                                                       {"10", "ProtoStatusCount is -1"},
-                                                       {"12", "has no format file /plant/Tarvex-Std-CustFmt3.Cfg"},
-                                                       {"39", "is not read at the start"}};
-  for (const auto& [protocol, warning] : cases) {
-    Folder folder;
-    folder.Channel().replace(0, 1, protocol);
-    folder.files.content["/plant/Tarvex-Std-CustFmt1.Cfg"] =
-        PosixFiles().Read(std::string(TEST_DATA_FOLDER) + "/line-no-end.format.Cfg");
-    EXPECT_THAT(Replay(folder.files, {.home = "/plant"}).Warnings(), testing::ElementsAre(HasSubstr(warning)));
-  }
-  Folder folder;
-  EXPECT_THROW(Replay(folder.files, {.home = "/plant", .number = 33}), RunTimeError);
-}
-
 TEST(ReplayTest, TheTableFitsAHundredColumnsAndCountsSilentTicks) {
   Folder folder;
   folder.ReplaceInChannel("#TRUE#,#FALSE#", "#TRUE#,#TRUE#");  // bidirectional
@@ -102,20 +72,6 @@ TEST(ReplayTest, TheTableFitsAHundredColumnsAndCountsSilentTicks) {
   EXPECT_THAT(out.str(), HasSubstr("(one silent tick without a change)\n"));
   std::istringstream lines(out.str());
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
-}
-
-TEST(ReplayTest, OptionsTakeTheirValueBehindABlankOrAnEqualsSign) {
-  const ReplayOptions options =
-      ReadReplayOptions({"--home=/plant", "--number", "32", "--json", "--start-tick=10000000", "--channel", "c", "-"});
-  EXPECT_EQ(options.setup.home, "/plant");
-  EXPECT_EQ(options.setup.number, 32);
-  EXPECT_EQ(options.setup.startTick, 10'000'000);
-  EXPECT_TRUE(options.json);
-  EXPECT_EQ(options.capture, "");
-  for (const std::vector<std::string>& words : std::initializer_list<std::vector<std::string>>{
-           {"--number", "33"}, {"--number", "1x"}, {"--start-tick=-1"}, {"--home"}, {"--jsn"}, {"one", "two"}}) {
-    EXPECT_THROW(ReadReplayOptions(words), RunTimeError) << words[0];
-  }
 }
 
 }  // namespace
