@@ -80,8 +80,8 @@ class DesktopPlant {
   PortAddresses addresses;
   PosixSerialPorts ports{[this](int number) { return addresses.AddressOf(number); }};
   QtEventLoop events;
-  RecordingNotice notice;
-  FakeOpc opc;
+  MemoryNotice notice;
+  MemoryOpc opc;
   Dialogs dialogs;
   frmTarvexStartup startupForm;
   frmTXM panel;

@@ -233,9 +233,12 @@ void frmTXM::ShowWindow() {
   raise();
   activateWindow();
   screen_->update();  // a desktop that kept the window's picture asks for no repaint
-  // The end of the click on the icon may take the keyboard away from the window again.
+  // The end of the click on the icon may take the keyboard away from the window again, or only seem to: then the
+  // window system has nothing more to tell, and Qt is told.
   QTimer::singleShot(kActivateAgainMs, this, [this] {
-    if (isVisible() && QApplication::activeWindow() == nullptr) activateWindow();
+    if (!isVisible() || QApplication::activeWindow() != nullptr) return;
+    activateWindow();
+    QApplication::setActiveWindow(this);
   });
 }
 

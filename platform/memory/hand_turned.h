@@ -19,14 +19,13 @@ class HandTurnedSystem : public System {
   bool previousInstance = false;
   std::int64_t second = 0;
   std::string dateTime;  ///< "YYYY-MM-DD HH:MM:SS"
-  int sleeps = 0;        ///< pauses asked for; none is taken
 
   OsVersion GetVersionEx() const override { return version; }
   int GetSystemMetrics(int index) const override { return index == 0 ? width : height; }
   bool PreviousInstance() override { return previousInstance; }
   std::int64_t WallSeconds() const override { return second; }
   std::string DateTimeText() const override { return dateTime; }
-  void Sleep(int) override { ++sleeps; }
+  void Sleep(int) override {}
 };
 
 class HandTurnedTimer : public PeriodicTimer {

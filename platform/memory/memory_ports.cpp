@@ -6,7 +6,7 @@
 void MemoryPort::Open() {
   ++opened;
   if (openError != 0) throw RunTimeError(openError, "COM" + std::to_string(commPort) + " cannot be opened");
-  open = !refuseToOpen;
+  open = true;
 }
 
 void MemoryPort::RequireOpen() const {

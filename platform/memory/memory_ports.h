@@ -12,8 +12,7 @@ class MemoryPort : public SerialPort {
  public:
   std::string waiting;
   std::vector<std::string> sent;
-  int openError = 0;          ///< number raised by each opening, 0 for none
-  bool refuseToOpen = false;  ///< opening succeeds but leaves the port closed
+  int openError = 0;  ///< number raised by each opening, 0 for none
   bool open = false;
   int opened = 0;
   int commPort = 0;

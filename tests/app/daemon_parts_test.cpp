@@ -45,17 +45,6 @@ TEST(LineOutputTest, AReaderThatStopsReadingHoldsNobodyUpAndIsToldWhatItMissed) 
   EXPECT_EQ(pipe.Read(), "(" + std::to_string(missed) + " outputs were left out, nobody read them)\nnow\n");
 }
 
-TEST(LogNoticeTest, AMessageBoxIsOneLineWithDateAndTime) {
-  ReaderPipe pipe;
-  HandTurnedSystem system{"2026-01-02 03:04:05"};
-  LogNotice notice(system, pipe.WriteEnd());
-  notice.MessageBox(" Tarvex Manager Startup Problem...", "First.\r\n\r\nSecond...    \r\n");
-  notice.Speak("Attention!,  A sentence.");
-  EXPECT_EQ(pipe.Read(),
-            "2026-01-02 03:04:05  Tarvex Manager Startup Problem...: First. Second...\n"
-            "2026-01-02 03:04:05  Spoken: Attention!, A sentence.\n");
-}
-
 TEST(LogNoticeTest, WhileAScreenStandsMessagesGoThereAndAreWrittenWhenItIsGone) {
   ReaderPipe pipe;
   HandTurnedSystem system{"2026-01-02 03:04:05"};

@@ -52,19 +52,6 @@ TEST(FormatFileTest, LoadAndSaveKeepEveryFieldAndUnsetCellsApartFromEmptyOnes) {
   EXPECT_EQ(plant.File(kFile), content);
 }
 
-TEST(FormatFileTest, AMissingOrEmptyFileIsLoggedAndClearsTheFieldsAlone) {
-  ConfigPlant plant;
-  plant.File(kFile) = kHead + kMotion + kUnused;
-  plant.Run(CfgAction::ReadFormatFile, kCustom1);
-  plant.files.content.erase(kPath);
-  EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "");
-  EXPECT_EQ(plant.LogText(LogType::Error), "2026-01-02 03:04:05 @ " + kPath + " STD Format File Not Found.\r\n");
-  EXPECT_EQ(plant.tables.ProtoGrossPos[kCustom1], 0);
-  EXPECT_EQ(plant.tables.ProtoMaxStream[kCustom1], 48);
-  EXPECT_EQ(plant.tables.ProtoStatusCount[kCustom1], 1);
-  EXPECT_EQ(plant.tables.ProtoDamaged[kCustom1], False) << "a missing file is no damage";
-}
-
 TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoad) {
   const struct {
     const char* rule;

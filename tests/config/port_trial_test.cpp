@@ -20,48 +20,42 @@ class PortTrialTest : public testing::Test {
   MemoryPort& port = plant.ports.port[4];
 };
 
-struct FaultCase {
-  int error;
-  const char* logText;
-  const char* spoken;
-  const char* boxText;
-  Boolean enabledAfter;
-};
-
 TEST_F(PortTrialTest, ARefusedPortIsToldAndGetsItsOldSettingsBack) {
-  const FaultCase cases[] = {
-      {8012, "", ",  You have selected an invalid COM port. ", "", True},
-      {8002, "Invalid COM: Port Selected.", ",  You have selected an invalid COM port. ",
-       "The COM: port you have selected is invalid.\r\nDisabling Device Now...", False},
-      {8005, "COM: Port Already In Use.", ",  You have selected a COM port that is already is use. ",
-       "The COM: port you have selected is already in use...\r\nDisabling Device Now...", False},
-      {57, "Critical Error: 57  COM7 cannot be opened", "",
-       "Critical Error: 57  COM7 cannot be opened\r\nPlease Contact Orvane Technical Services...", True},
+  const std::string at = "2026-01-02 03:04:05 @ ", caption = "Tarvex Setup Error: ";
+  const std::string invalid = "Channel 5,  You have selected an invalid COM port. ";
+  struct Case {
+    int error;
+    std::string log, box, spoken;
+    bool refused;
   };
-  for (const FaultCase& c : cases) {
+  const Case cases[] = {
+      {8012, "", "", invalid, false},
+      {8002, at + "Invalid COM: Port Selected.\r\n",
+       caption + "The COM: port you have selected is invalid.\r\nDisabling Device Now...", invalid, true},
+      {8005, at + "COM: Port Already In Use.\r\n",
+       caption + "The COM: port you have selected is already in use...\r\nDisabling Device Now...",
+       "Channel 5,  You have selected a COM port that is already is use. ", true},
+      {57, at + "Critical Error: 57  COM7 cannot be opened\r\n",
+       caption + "Critical Error: 57  COM7 cannot be opened\r\nPlease Contact Orvane Technical Services...", "", false},
+  };
+  for (const Case& c : cases) {
     plant.notice = {};
     plant.files.content.clear();
-    plant.tables.SpeechEnabled = True;
-    plant.tables.ChanEnabled[4] = True;
+    plant.tables.SpeechEnabled = plant.tables.ChanEnabled[4] = True;
     port.commPort = 2;
     port.settings = "9600,N,8,1";
     port.openError = c.error;
     EXPECT_EQ(plant.Run(CfgAction::PortTrial, 4), "") << c.error;
-    EXPECT_EQ(plant.tables.ChanEnabled[4], c.enabledAfter) << c.error;
-    EXPECT_EQ(port.commPort, c.enabledAfter == True ? 7 : 2) << c.error;
-    EXPECT_EQ(port.settings, c.enabledAfter == True ? "19200,E,7,1" : "9600,N,8,1") << c.error;
-
-    const std::string log = *c.logText ? std::string("2026-01-02 03:04:05 @ ") + c.logText + "\r\n" : "";
-    EXPECT_EQ(plant.LogText(LogType::Error), log);
-    ASSERT_EQ(plant.notice.boxes.size(), *c.boxText ? 1U : 0U);
-    if (*c.boxText) {
-      EXPECT_EQ(plant.notice.boxes[0].caption, "Tarvex Setup Error");
-      EXPECT_EQ(plant.notice.boxes[0].text, c.boxText);
-    }
-    ASSERT_EQ(plant.notice.spoken.size(), *c.spoken ? 1U : 0U);
-    if (*c.spoken) {
-      EXPECT_NE(plant.notice.spoken[0].find(std::string("Channel 5") + c.spoken), std::string::npos);
-    }
+    EXPECT_EQ(plant.tables.ChanEnabled[4], AsBoolean(!c.refused)) << c.error;
+    EXPECT_EQ(port.commPort, c.refused ? 2 : 7) << c.error;
+    EXPECT_EQ(port.settings, c.refused ? "9600,N,8,1" : "19200,E,7,1") << c.error;
+    std::string box, spoken;
+    for (const auto& each : plant.notice.boxes) box += each.caption + ": " + each.text;
+    for (const auto& each : plant.notice.spoken) spoken += each;
+    EXPECT_EQ(plant.LogText(LogType::Error), c.log);
+    EXPECT_EQ(box, c.box);
+    EXPECT_EQ(spoken.empty(), c.spoken.empty());
+    EXPECT_NE(spoken.find(c.spoken), std::string::npos) << spoken;
   }
 }
 

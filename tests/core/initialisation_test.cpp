@@ -38,25 +38,6 @@ struct ColdPlant : TestPlant {
 
 std::string ChannelActions(const std::string& journal) { return journal.substr(journal.find("4:")); }
 
-TEST(InitialisationTest, TheFirstTickReadsTheFormatsAndOpensEveryEnabledChannel) {
-  ColdPlant plant;
-  Tables& t = plant.tables;
-  t.ChanGross[1] = "12";
-  t.ChanConnectUsing[2] = 2;
-  EXPECT_FALSE(Timer1Tick(plant.cold));
-  EXPECT_EQ(plant.configuration.journal.substr(0, 10), "10:0 10:1 ");
-  EXPECT_EQ(plant.configuration.journal.find("10:39"), std::string::npos);
-  EXPECT_EQ(ChannelActions(plant.configuration.journal), "4:0 4:1 4:2 ");
-  const MemoryPort& port = plant.ports.port[1];
-  EXPECT_EQ(port.commPort, 6);
-  EXPECT_EQ(port.settings, "9600,N,8,1");
-  EXPECT_EQ(t.ChanConnected[1], True);
-  EXPECT_EQ(t.ChanGross[1], "") << "no weight of before";
-  EXPECT_EQ(t.ChanConnected[2], False) << "a link of an unknown kind is not opened";
-  EXPECT_EQ(t.ChanStatusText[2], "Initializing...") << "nor reported as failed";
-  EXPECT_EQ(t.ChannelsInitialised, True);
-}
-
 /// Outcome of the first tick for channel 1 when opening its port fails.
 void ExpectFailedChannel(const Tables& t) {
   EXPECT_EQ(t.ChanConnected[1], False);
@@ -66,28 +47,22 @@ void ExpectFailedChannel(const Tables& t) {
 }
 
 TEST(InitialisationTest, APortFaultDisablesItsChannelAndTheNextTickGoesOnBehindIt) {
-  struct Case {
-    int number;
-    std::string log, box;
-    int commPort;
-    std::string settings;
-  };
-  const Case cases[] = {
+  const std::tuple<int, std::string, std::string, int, std::string> cases[] = {
       {8002, "Invalid COM: Port Selected.", "The COM: port you have selected is invalid.", 1, "9600,n,8,1"},
       {8005, "COM: Port Already In Use.", "The COM: port you have selected is already in use...", 6, "9600,N,8,1"},
   };
-  for (const Case& c : cases) {
+  for (const auto& [number, log, box, commPort, settings] : cases) {
     ColdPlant plant;
-    plant.ports.port[1].openError = c.number;
-    EXPECT_EQ(Timer1Tick(plant.cold)->Number(), c.number);
+    plant.ports.port[1].openError = number;
+    EXPECT_EQ(Timer1Tick(plant.cold)->Number(), number);
     ExpectFailedChannel(plant.tables);
-    EXPECT_EQ(plant.LogText(LogType::Error), "2026-01-02 03:04:05 @ Channel: 2  " + c.log +
+    EXPECT_EQ(plant.LogText(LogType::Error), "2026-01-02 03:04:05 @ Channel: 2  " + log +
                                                  "\r\n2026-01-02 03:04:05 @ Channel: 2  COM6 cannot be opened\r\n");
     ASSERT_EQ(plant.notice.boxes.size(), 1U);
     EXPECT_EQ(plant.notice.boxes[0].caption, "Tarvex Device Initialization Error");
-    EXPECT_EQ(plant.notice.boxes[0].text, c.box + "\r\nRestoring default Tarvex Std. settings now...");
-    EXPECT_EQ(plant.ports.port[1].settings, c.settings);
-    EXPECT_EQ(plant.ports.port[1].commPort, c.commPort);
+    EXPECT_EQ(plant.notice.boxes[0].text, box + "\r\nRestoring default Tarvex Std. settings now...");
+    EXPECT_EQ(plant.ports.port[1].settings, settings);
+    EXPECT_EQ(plant.ports.port[1].commPort, commPort);
     EXPECT_EQ(plant.configuration.journal.find("6:"), std::string::npos) << "the user's file is left alone";
     EXPECT_EQ(plant.tables.ChannelsInitialised, False);
 

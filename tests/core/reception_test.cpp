@@ -20,18 +20,15 @@ struct ScalePlant : TestPlant {
 };
 
 TEST(ReceptionTest, FieldsReachToTheEdgeOfTheirStreamAndNoFurther) {
-  struct Case {
-    int position, length;
-    std::string gross;
-  };
-  const Case cases[] = {{2, 6, "123456"},     {1, 6, " 12345"},     {0, 6, " 12345"}, {3, 6, "0"}, {-1, 3, " 12"},
-                        {2, 2147483647, "0"}, {2147483647, 6, "0"}, {2, 0, ""},       {2, -4, ""}};
-  for (const Case& c : cases) {
+  const std::tuple<int, int, std::string> cases[] = {{2, 6, "123456"},     {1, 6, " 12345"}, {0, 6, " 12345"},
+                                                     {3, 6, "0"},          {-1, 3, " 12"},   {2, 2147483647, "0"},
+                                                     {2147483647, 6, "0"}, {2, 0, ""},       {2, -4, ""}};
+  for (const auto& [position, length, gross] : cases) {
     ScalePlant plant;
-    plant.tables.ProtoGrossPos[kProto] = c.position;
-    plant.tables.ProtoGrossLen[kProto] = c.length;
+    plant.tables.ProtoGrossPos[kProto] = position;
+    plant.tables.ProtoGrossLen[kProto] = length;
     plant.Tick(0, " 123456\r");
-    EXPECT_EQ(plant.tables.ChanGross[0], c.gross) << c.position << ", " << c.length;
+    EXPECT_EQ(plant.tables.ChanGross[0], gross) << position << ", " << length;
   }
 }
 

@@ -8,22 +8,17 @@
 namespace {
 
 TEST(StartupTest, TheOperatingSystemDecidesOnTheNumberOfChannels) {
-  struct Case {
-    OsVersion version;
-    std::string name;
-    int maxChannel;
-  };
-  const Case cases[] = {{{1, 4, 10}, "98", 7},
-                        {{1, 4, 90}, "", 7},
-                        {{2, 4, 0}, "NT4", 31},
-                        {{2, 5, 1}, "2000", 31},
-                        {{3, 5, 0}, "Failed", 7}};
-  for (const Case& c : cases) {
+  const std::tuple<OsVersion, std::string, int> cases[] = {{{1, 4, 10}, "98", 7},
+                                                           {{1, 4, 90}, "", 7},
+                                                           {{2, 4, 0}, "NT4", 31},
+                                                           {{2, 5, 1}, "2000", 31},
+                                                           {{3, 5, 0}, "Failed", 7}};
+  for (const auto& [version, name, maxChannel] : cases) {
     TestPlant plant;
-    plant.system.version = c.version;
+    plant.system.version = version;
     EXPECT_TRUE(Main(plant.engine, ""));
-    EXPECT_EQ(plant.tables.OsName, c.name);
-    EXPECT_EQ(plant.tables.MaxChannel, c.maxChannel) << c.name;
+    EXPECT_EQ(plant.tables.OsName, name);
+    EXPECT_EQ(plant.tables.MaxChannel, maxChannel) << name;
   }
 }
 

@@ -17,22 +17,17 @@ std::string Pace(TestPlant& plant, int ticks) {
 }
 
 TEST(TransmissionTest, TheDelayPacesTheQueueOneCharacterAtATime) {
-  struct Case {
-    int delay;
-    int ticks;
-    std::string sent;
-  };
-  const Case cases[] = {{12, 5, "12333"},
-                        {15, 7, "0112233"},  // a ratio of 1 needs two ticks
-                        {150, 23, "00000000001111111111122"},
-                        {0, 4, "0000"},
-                        {-5, 4, "0000"}};
-  for (const Case& c : cases) {
+  const std::tuple<int, int, std::string> cases[] = {{12, 5, "12333"},
+                                                     {15, 7, "0112233"},  // a ratio of 1 needs two ticks
+                                                     {150, 23, "00000000001111111111122"},
+                                                     {0, 4, "0000"},
+                                                     {-5, 4, "0000"}};
+  for (const auto& [delay, ticks, sent] : cases) {
     TestPlant plant;
     plant.Connect(0, 2);
-    plant.tables.ChanTxDelay[0] = c.delay;
+    plant.tables.ChanTxDelay[0] = delay;
     plant.tables.ChanTxQueue[0] = "ABC";
-    EXPECT_EQ(Pace(plant, c.ticks), c.sent) << c.delay;
+    EXPECT_EQ(Pace(plant, ticks), sent) << delay;
   }
 }
 

@@ -74,10 +74,7 @@ std::string EffectOf(const std::string& name, const std::string& field, bool tex
 }
 
 TEST(StatusTest, ARowFeedsTheFieldItNames) {
-  struct Case {
-    std::string name, field, byteEffect, textEffect;
-  };
-  const Case cases[] = {
+  const std::array<std::string, 4> cases[] = {
       {"Stable", "1 / Motion", "bits=0", "bits=0"},
       {"motion", "1 / MOTION", "bits=0", "bits=0"},
       {"Net Mode", "2 / MODE", "bits=4 NET", "bits=4 NET"},
@@ -93,9 +90,9 @@ TEST(StatusTest, ARowFeedsTheFieldItNames) {
       {"User9", "STATUS9", "bits=0 status9=USER9", "bits=0 match=User9,STATUS9"},
       {"=> Gross", "2 / MODE", "bits=0", "bits=0 match==> GROSS,2 / MODE"},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(EffectOf(c.name, c.field, false), c.byteEffect) << c.name;
-    EXPECT_EQ(EffectOf(c.name, c.field, true), c.textEffect) << c.name;
+  for (const auto& [name, field, byteEffect, textEffect] : cases) {
+    EXPECT_EQ(EffectOf(name, field, false), byteEffect) << name;
+    EXPECT_EQ(EffectOf(name, field, true), textEffect) << name;
   }
 }
 
@@ -117,15 +114,11 @@ TEST(StatusTest, ARowFollowsEachChangeOfItsCells) {
   TestPlant plant;
   StatusTable& table = plant.tables.ProtoStatusTable[kProto];
   plant.AddStatusRow(kProto, {"Motion", "1 / MOTION", "1", "1", "65", "X"});
-  struct Change {
-    int column;
-    std::string cell;
-    int bits;
-  };
-  for (const Change& c : {Change{4, "65", 2}, {4, "66", 0}, {2, "2", 2}, {3, "2", 0}, {5, "", 0}}) {
-    table.SetCell(0, c.column, c.cell);
+  for (const auto& [column, cell, bits] :
+       {std::tuple{4, "65", 2}, {4, "66", 0}, {2, "2", 2}, {3, "2", 0}, {5, "", 0}}) {
+    table.SetCell(0, column, cell);
     ParseStatusData(plant.tables, "AB\r", 0, kProto);
-    EXPECT_EQ(plant.tables.ChanStatusBits[0], c.bits) << c.column << " " << c.cell;
+    EXPECT_EQ(plant.tables.ChanStatusBits[0], bits) << column << " " << cell;
   }
 }
 

@@ -16,26 +16,22 @@ std::string Format(Tables& tables, std::string value) {
 }
 
 TEST(WeightFormatTest, TheFirstFieldSettlesTheMaskByItsPoint) {
-  struct Case {
-    std::string field, shown, mask;
-    int decimals;
-  };
-  const Case cases[] = {{"  12.50", "  12.50", "###0.00", -2},
-                        {"001250", "  1250", "#####0", 0},
-                        {"12.5   ", "   12.5", "####0.0", -1},
-                        {"- 12.50", " -12.50", "###0.00", -2},
-                        {"12345.678", "12345.678", "##0.000", -3},
-                        {"   12.", "    12", "", 7},
-                        {"1.234567", "1.234567", "", 7},
-                        {"", "", "#####0", 0},
-                        {"lb", " 0", "#####0", 0},
-                        {"1.2.3", "1.200", "##0.000", -3}};
-  for (const Case& c : cases) {
+  const std::tuple<std::string, std::string, std::string, int> cases[] = {{"  12.50", "  12.50", "###0.00", -2},
+                                                                          {"001250", "  1250", "#####0", 0},
+                                                                          {"12.5   ", "   12.5", "####0.0", -1},
+                                                                          {"- 12.50", " -12.50", "###0.00", -2},
+                                                                          {"12345.678", "12345.678", "##0.000", -3},
+                                                                          {"   12.", "    12", "", 7},
+                                                                          {"1.234567", "1.234567", "", 7},
+                                                                          {"", "", "#####0", 0},
+                                                                          {"lb", " 0", "#####0", 0},
+                                                                          {"1.2.3", "1.200", "##0.000", -3}};
+  for (const auto& [field, shown, mask, decimals] : cases) {
     TestPlant plant;
     plant.tables.ChanDecimals[0] = 7;  // stays where no point place is known
-    EXPECT_EQ(Format(plant.tables, c.field), c.shown) << c.field;
-    EXPECT_EQ(plant.tables.ChanFormatMask[0], c.mask) << c.field;
-    EXPECT_EQ(plant.tables.ChanDecimals[0], c.decimals) << c.field;
+    EXPECT_EQ(Format(plant.tables, field), shown) << field;
+    EXPECT_EQ(plant.tables.ChanFormatMask[0], mask) << field;
+    EXPECT_EQ(plant.tables.ChanDecimals[0], decimals) << field;
   }
 }
 
@@ -49,23 +45,19 @@ TEST(WeightFormatTest, ASettledMaskStaysAndAResultTooLongLosesItsLeft) {
 }
 
 TEST(WeightFormatTest, StatusDecimalsWriteThePointIntoTheField) {
-  struct Case {
-    int code;
-    std::string field, polarity, shown;
-  };
-  const Case cases[] = {
+  const std::tuple<int, std::string, std::string, std::string> cases[] = {
       {-2, "001250", "", " 12.50"},   {-2, "123456", "", "234.56"},   {-5, "001250", "+", ".01250"},
       {-1, "000005", "", "   0.5"},   {0, "001250", "", "  1250"},    {1, "001250", "", " 12500"},
       {2, "  1250", "", "125000"},    {2, "123456", "", "345600"},    {2, "000000", "", "    00"},
       {-2, "001250", "-", " -12.50"}, {-2, "000000", "-", "  -0.00"}, {0, "123456", "-", "-123456"},
       {7, "001250", "", "     0"},    {-2, "      ", "", "  0.00"},
   };
-  for (const Case& c : cases) {
+  for (const auto& [code, field, polarity, shown] : cases) {
     TestPlant plant;
     plant.tables.ProtoFormatMask[kProto] = "#####0";
-    std::string value = c.field;
-    FormatDecimalPlaces(plant.tables, value, c.code, c.polarity, kProto);
-    EXPECT_EQ(value, c.shown) << c.code << " on " << c.field;
+    std::string value = field;
+    FormatDecimalPlaces(plant.tables, value, code, polarity, kProto);
+    EXPECT_EQ(value, shown) << code << " on " << field;
   }
 }
 

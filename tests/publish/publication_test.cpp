@@ -10,12 +10,15 @@ TEST(PublicationTest, AnOpcControlThatFailsEndsTheTickAndIsServedAgainAtItsNextC
   TestPlant plant;
   plant.Connect(0, 2);
   plant.tables.ChanOpcEnabled[0] = True;
-  for (const int error : {440, 0}) {
+  int exchanges = 0;
+  plant.opc.control[0].onUpdate = [&] {
+    if (++exchanges == 1) throw RunTimeError(440, "The OPC server is gone");
+  };
+  for (int visit = 1; visit <= 2; ++visit) {
     plant.tables.ChanOpcPending[0] = True;
-    plant.opc.control[0].updateError = error;
     plant.Tick();
     EXPECT_EQ(plant.notice.boxes.size(), 1U);
-    EXPECT_EQ(plant.opc.control[0].calls.back(), "update");
+    EXPECT_EQ(exchanges, visit);
     EXPECT_EQ(plant.tables.ChanOpcBusy[0], False);
   }
 }

@@ -9,22 +9,9 @@
 #include "app/manager.h"
 #include "platform/memory/hand_turned.h"
 #include "platform/memory/memory_files.h"
+#include "platform/memory/memory_notice.h"
+#include "platform/memory/memory_opc.h"
 #include "platform/memory/memory_ports.h"
-#include "tests/support/fake_opc.h"
-
-class RecordingNotice : public OperatorNotice {
- public:
-  struct Box {
-    std::string caption;
-    std::string text;
-  };
-  std::vector<Box> boxes;
-  std::vector<std::string> spoken;
-  void MessageBox(std::string_view caption, std::string_view text) override {
-    boxes.push_back({std::string(caption), std::string(text)});
-  }
-  void Speak(std::string_view sentence) override { spoken.emplace_back(sentence); }
-};
 
 /// Hands live values to the test: to `onDetail` if it is set, rates to `rate` by label.
 class RecordingDialogs : public ScanDialogs {
@@ -55,8 +42,8 @@ class TestPlant {
   HandTurnedEvents events;
   MemoryPorts ports;
   MemoryFiles files;
-  RecordingNotice notice;
-  FakeOpc opc;
+  MemoryNotice notice;
+  MemoryOpc opc;
   HeadlessStartupForm startupForm;
   HeadlessMainForm mainForm;
   RecordingDialogs dialogs;

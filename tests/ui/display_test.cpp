@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include "tests/ui/virtual_display.h"
+
 namespace {
 
 using testing::HasSubstr;
@@ -21,12 +23,6 @@ class DisplayTest : public testing::Test {
     }
   }
 
-  QString StartServer() {
-    server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1024x768x24", "-nolisten", "tcp"});
-    QByteArray display;
-    while (!display.endsWith('\n') && server.waitForReadyRead(kLimitMs)) display += server.readAllStandardOutput();
-    return ":" + display.trimmed();
-  }
   void StartProgram(const QString& display) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("DISPLAY", display);
@@ -53,7 +49,7 @@ TEST_F(DisplayTest, ASignalEndsTheProgramThoughABoxHoldsUpItsStart) {
   ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
   settings.write("damaged");
   settings.close();
-  StartProgram(StartServer());
+  StartProgram(StartVirtualDisplay(server));
   WaitForLog("ErrorLog-Tarvex.txt", "TarvexSysSetup.Cfg");
   program.terminate();
   ASSERT_TRUE(program.waitForFinished(kLimitMs));
@@ -63,7 +59,7 @@ TEST_F(DisplayTest, ASignalEndsTheProgramThoughABoxHoldsUpItsStart) {
 }
 
 TEST_F(DisplayTest, TheLossOfTheDisplayIsLoggedAndEndsTheProgramInOrder) {
-  StartProgram(StartServer());
+  StartProgram(StartVirtualDisplay(server));
   WaitForLog("ActiveLog-Tarvex.txt", "Initializing Devices");
   server.kill();
   ASSERT_TRUE(program.waitForFinished(kLimitMs));

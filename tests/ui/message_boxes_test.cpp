@@ -2,15 +2,14 @@
 
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTimer>
 
-#include "core/scan_engine.h"
 #include "core/transmission.h"
 #include "platform/qt/text.h"
 #include "tests/support/test_plant.h"
-#include "tests/ui/offscreen.h"
 
 namespace {
 
@@ -37,7 +36,6 @@ class Operator {
 
 class MessageBoxesTest : public testing::Test {
  protected:
-  QApplication& application = OffscreenApplication();
   MessageBoxes boxes;
 };
 
@@ -72,38 +70,22 @@ TEST_F(MessageBoxesTest, WhateverTheTextTheBoxFitsTheScreen) {
   }
 }
 
-class BoxNotice : public OperatorNotice {
- public:
-  explicit BoxNotice(MessageBoxes& boxes) : boxes_(boxes) {}
-  void MessageBox(std::string_view caption, std::string_view text) override { boxes_.Show(caption, text); }
-  void Speak(std::string_view) override {}
-
- private:
-  MessageBoxes& boxes_;
-};
-
 TEST_F(MessageBoxesTest, ABoxInTheMiddleOfATickHoldsTheScanWhileTheTxTimerGoesOn) {
-  TestPlant parts;
-  BoxNotice notice(boxes);
-  Manager manager({parts.system, parts.events, parts.ports, parts.files, notice, parts.opc, parts.startupForm,
-                   parts.mainForm, parts.dialogs},
-                  "/plant");
-  Tables& tables = manager.Store();
-  tables.Timer1Sleep = 0;
-  tables.ReinitChannel = 0;
-  tables.ChannelsInitialised = True;
-  tables.ChanEnabled[0] = True;
-  tables.ChanProtocol[0] = 10;
-  parts.ports.port[0].openError = 11;
+  TestPlant plant;
+  plant.notice.onBox = [&](const MemoryNotice::Box& box) { boxes.Show(box.caption, box.text); };
+  plant.Connect(0, 10);
+  plant.tables.ChanConnected[0] = False;
+  plant.tables.ReinitChannel = 0;
+  plant.ports.port[0].openError = 11;
   Operator human([&](QMessageBox& box) {
-    Timer1Tick(manager.Parts());
-    TxTimerTick(manager.Parts());
-    if (tables.TxTick == 3) box.accept();
+    plant.Tick();
+    TxTimerTick(plant.engine);
+    if (plant.tables.TxTick == 3) box.accept();
   });
-  Timer1Tick(manager.Parts());
-  EXPECT_EQ(tables.ScanTick, 1);
-  EXPECT_EQ(tables.TxTick, 3);
-  EXPECT_EQ(tables.ScanBusy, False);
+  plant.Tick();
+  EXPECT_EQ(plant.tables.ScanTick, 1);
+  EXPECT_EQ(plant.tables.TxTick, 3);
+  EXPECT_EQ(plant.tables.ScanBusy, False);
   EXPECT_TRUE(human.texts.at(0).startsWith("Critical Error: 11  "));
 }
 

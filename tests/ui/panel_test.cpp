@@ -5,7 +5,6 @@
 
 #include "core/channel_state.h"
 #include "diagnostics/screen_layout.h"
-#include "tests/ui/offscreen.h"
 #include "tests/ui/panel_plant.h"
 #include "ui/background.h"
 #include "ui/qt_canvas.h"
@@ -16,7 +15,6 @@ namespace {
 class DrawnCells {
  public:
   explicit DrawnCells(int width, qreal scale = 1) {
-    OffscreenApplication();
     plant.tables.ScreenWidth = static_cast<std::int16_t>(width);
     plant.tables.ScreenPainted = True;
     picture = DrawBackground(LayoutFor(width), scale);
@@ -91,7 +89,6 @@ TEST(DrawnCellsTest, AWeightTooLongForItsCellIsDrawnNarrowerAndNotCut) {
 }
 
 TEST(PanelWindowTest, TheCopyOfACellDoesNotFlagTheOthers) {
-  OffscreenApplication();
   PanelPlant plant;
   plant.Launch();
   plant.Connect(0);
@@ -105,7 +102,6 @@ TEST(PanelWindowTest, TheCopyOfACellDoesNotFlagTheOthers) {
 }
 
 TEST(PanelWindowTest, ClosingTheWindowIsTheEndButtonAlsoInATickAndHeldWhileADialogIsOpen) {
-  OffscreenApplication();
   PanelPlant plant;
   plant.Connect(0);
   plant.Launch();

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <stdexcept>
 
+#include "tests/ui/virtual_display.h"
 #include "tests/ui/wait_for.h"
 
 namespace {
@@ -36,11 +37,8 @@ auto* const desktop = new VirtualDesktop;
 VirtualDesktop& VirtualDesktop::Instance() { return *desktop; }
 
 void VirtualDesktop::SetUp() {
-  Start(server_, "Xvfb", {"-displayfd", "1", "-screen", "0", "1024x768x24", "-nolisten", "tcp"});
-  QByteArray display;
-  while (!display.endsWith('\n') && server_.waitForReadyRead(10'000)) display += server_.readAllStandardOutput();
-  if (display.isEmpty()) throw std::runtime_error("no virtual display");
-  qputenv("DISPLAY", ":" + display.trimmed());
+  server_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+  qputenv("DISPLAY", StartVirtualDisplay(server_));
   qputenv("QT_QPA_PLATFORM", "xcb");
   Start(windowManager_, "openbox", {});
 

@@ -46,7 +46,8 @@ Replay::Replay(Files& disk, const ReplaySetup& setup)
       manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, setup.home),
       tables_(manager_.Store()),
       topics_(manager_.Publishing().Topics()),
-      device_(manager_.Publishing().Devices().Objects().At(ch_)) {
+      device_(manager_.Publishing().Devices().Objects().At(ch_)),
+      opcControl_(opc_.control[static_cast<std::size_t>(ch_)]) {
   mainForm_.engine = &manager_.Parts();
   Main(manager_.Parts(), "");
   PutFilesInPlace(setup);
@@ -57,7 +58,7 @@ Replay::Replay(Files& disk, const ReplaySetup& setup)
 
   topics_.SetWatcher(&flush_);
   device_->Attach(flush_);
-  opc_.onUpdate = [this] { flush_.outlets.push_back("OPC"); };
+  opcControl_.onUpdate = [this] { flush_.outlets.push_back("OPC"); };
   files_.TakeLines();
 }
 
@@ -143,7 +144,7 @@ void Replay::Act(const DeviceWrites& writes) {
 }
 
 void Replay::Act(const OpcArrivals& arrivals) {
-  for (const auto& [item, value] : arrivals.items) opc_.Arrive(item, value);
+  for (const auto& [item, value] : arrivals.items) opcControl_.Arrive(item, value);
 }
 
 TickEvents Replay::Tick(const std::string& bytes) {
@@ -151,7 +152,7 @@ TickEvents Replay::Tick(const std::string& bytes) {
   port.waiting += bytes;
   const bool bytesCame = tables_.ChanConnected[ch_] == True && !port.waiting.empty();
   flush_.outlets.clear();
-  opc_.written.clear();
+  opcControl_.written.clear();
   port.sent.clear();
   const int statusBefore = tables_.ChanCmdStatus[ch_];
 
@@ -164,7 +165,7 @@ TickEvents Replay::Tick(const std::string& bytes) {
     events.chunk = tables_.ChanRxChunk[ch_];
   }
   events.flush = flush_.outlets;
-  events.opcWrites = opc_.written;
+  events.opcWrites = opcControl_.written;
   events.portOut = port.sent;
   if (tables_.ChanCmdStatus[ch_] != statusBefore) events.answer = tables_.ChanCmdStatus[ch_];
   SortLines(events);

@@ -10,10 +10,11 @@
 #include "app/headless_forms.h"
 #include "app/manager.h"
 #include "platform/memory/hand_turned.h"
+#include "platform/memory/memory_notice.h"
+#include "platform/memory/memory_opc.h"
 #include "platform/memory/memory_ports.h"
 #include "platform/run_time_error.h"
 #include "tools/replay/capture.h"
-#include "tools/replay/capture_opc.h"
 #include "tools/replay/overlay_files.h"
 
 /// What is replayed, and on which channel.
@@ -82,11 +83,6 @@ class Replay {
     void LinksUpdated(int) override { outlets.push_back("DDE"); }
     void CUpdate() override { outlets.push_back("Device"); }
   };
-  class Deaf : public OperatorNotice {
-   public:
-    void MessageBox(std::string_view, std::string_view) override {}
-    void Speak(std::string_view) override {}
-  };
 
   void PutFilesInPlace(const ReplaySetup& setup);
   void StartUp();
@@ -101,8 +97,8 @@ class Replay {
   HandTurnedSystem system_;
   HandTurnedEvents events_;
   MemoryPorts ports_;
-  CaptureOpc opc_;
-  Deaf notice_;
+  MemoryOpc opc_;
+  MemoryNotice notice_;
   HeadlessStartupForm startupForm_;
   MainWindow mainForm_;
   HeadlessDialogs dialogs_;
@@ -111,6 +107,7 @@ class Replay {
   DdeTopics& topics_;
   FlushOrder flush_;
   std::shared_ptr<Device> device_;
+  MemoryOpcControl& opcControl_;
   std::optional<RunTimeError> initialisationFault_;
   std::vector<std::string> warnings_;
 };

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <QProcess>
 #include <string>
 
 /// A session bus of the test's own, in a folder of its own, that it may stop and kill. The environment of the
@@ -21,5 +20,5 @@ class BusDaemon {
 
  private:
   std::string folder_;
-  pid_t pid_ = 0;
+  QProcess process_;
 };

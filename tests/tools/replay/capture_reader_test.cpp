@@ -6,7 +6,7 @@
 
 namespace {
 
-/// All steps of a capture in one line: bytes in quotes, actions with what they carry.
+/// The bytes of all ticks of a capture in quotes, up to its first fault.
 std::string Steps(const std::string& text) {
   std::istringstream stream(text);
   CaptureReader reader(stream, "c");
@@ -14,17 +14,6 @@ std::string Steps(const std::string& text) {
   try {
     while (const auto step = reader.Next()) {
       if (const auto* arriving = std::get_if<ArrivingBytes>(&*step)) steps += "'" + arriving->bytes + "' ";
-      if (const auto* writes = std::get_if<DeviceWrites>(&*step)) {
-        Device device;
-        for (const auto& write : writes->fields) write(device);
-        steps += "device " + std::to_string(device.CCmd) + "," + std::to_string(static_cast<int>(device.CCmdParm)) +
-                 "," + device.CDeviceDesc + " ";
-      }
-      if (const auto* arrivals = std::get_if<OpcArrivals>(&*step)) {
-        for (const auto& [item, value] : arrivals->items) {
-          steps += "opc " + std::to_string(item) + ":" + std::to_string(value.index()) + " ";
-        }
-      }
     }
   } catch (const CaptureError& fault) {
     steps += fault.what();
@@ -34,8 +23,6 @@ std::string Steps(const std::string& text) {
 
 TEST(CaptureReaderTest, EachLineIsATickUnlessItIsACommentOrAnAction) {
   EXPECT_EQ(Steps("41 4b4C\n\n  \t\n# comment\n 41 # and a comment\r\n  # only that\n"), "'AKL' '' '' 'A' ");
-  EXPECT_EQ(Steps("!device CCmd=-3 CCmdParm=12.5 CDeviceDesc=Silo\n41"), "device -3,12,Silo 'A' ");
-  EXPECT_EQ(Steps("!opc 4=3 5=12.5 6= 7=text # comment\n"), "opc 4:2 opc 5:2 opc 6:0 opc 7:3 ");
   EXPECT_EQ(Steps(""), "");
 }
 

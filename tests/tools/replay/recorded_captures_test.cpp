@@ -6,35 +6,36 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 
 #include "platform/posix/posix_files.h"
 #include "tests/tools/replay/recorded_capture.h"
 #include "tools/replay/json_lines.h"
+#include "tools/replay/table_printer.h"
 
 namespace {
 
-std::vector<std::string> ReplayedLines(const RecordedCapture& recorded) {
+/// Replays a capture and hands over each of its ticks.
+template <typename Take>
+void ReplayAll(const RecordedCapture& recorded, const Take& take) {
   PosixFiles disk;
   Replay replay(disk, recorded.setup);
   std::ifstream file(recorded.Path());
   CaptureReader capture(file, recorded.name);
-  std::vector<std::string> lines;
   while (const auto step = capture.Next()) {
     if (const auto* writes = std::get_if<DeviceWrites>(&*step)) replay.Act(*writes);
     if (const auto* arrivals = std::get_if<OpcArrivals>(&*step)) replay.Act(*arrivals);
-    if (const auto* arriving = std::get_if<ArrivingBytes>(&*step)) {
-      const TickEvents events = replay.Tick(arriving->bytes);
-      lines.push_back(ToJson(replay, events).dump());
-    }
+    if (const auto* arriving = std::get_if<ArrivingBytes>(&*step)) take(replay, replay.Tick(arriving->bytes));
   }
-  return lines;
 }
 
 class RecordedCapturesTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(RecordedCapturesTest, IsDecodedAsExpected) {
   const RecordedCapture recorded(GetParam());
-  const std::vector<std::string> lines = ReplayedLines(recorded);
+  std::vector<std::string> lines;
+  ReplayAll(recorded,
+            [&](const Replay& replay, const TickEvents& events) { lines.push_back(ToJson(replay, events).dump()); });
   ASSERT_FALSE(lines.empty());
   if (std::getenv("TARVEX_BLESS") != nullptr) {
     std::ofstream blessed(recorded.ExpectedPath());
@@ -51,6 +52,17 @@ TEST_P(RecordedCapturesTest, IsDecodedAsExpected) {
                                  << " differs: " << json::diff(json::parse(line), json::parse(lines[tick])).dump(1);
   }
   EXPECT_FALSE(std::getline(expected, line)) << "expected one more: " << line;
+}
+
+TEST(CaptureTableTest, ShowsTheTicksAsRecorded) {
+  for (const std::string name : {"commands", "garbage", "offline"}) {
+    std::ostringstream out;
+    TablePrinter table(out);
+    ReplayAll(RecordedCapture(name),
+              [&](const Replay& replay, const TickEvents& events) { table.Print(replay, events); });
+    table.Finish();
+    EXPECT_EQ(out.str(), PosixFiles().Read(TEST_DATA_FOLDER "/" + name + ".table.txt"));
+  }
 }
 
 std::string TestName(const testing::TestParamInfo<std::string>& info) {

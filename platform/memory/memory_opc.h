@@ -1,34 +1,34 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "platform/opc_control.h"
 
-/// An OPC client whose server is the capture. What the program writes becomes the server's value at the next
-/// exchange.
-class CaptureOpc : public OpcControls, private OpcControl {
+/// An OPC client whose server is its user. What the program writes becomes the server's value at the next exchange.
+class MemoryOpcControl : public OpcControl {
  public:
   std::map<int, OpcValue> written;  ///< last value the program wrote to an item
-  std::function<void()> onUpdate;   ///< runs at each exchange with the server
+  std::vector<std::string> calls;   ///< each operation of the connection, in order
+  std::function<void()> onUpdate;   ///< runs at each exchange with the server, and may raise what that raises
 
-  OpcControl& Control(int) override { return *this; }
   /// A value that comes from the server.
   void Arrive(int item, const OpcValue& value) { known_[item] = value; }
 
- private:
   void SetServerName(std::string_view) override {}
   void SetNodeName(std::string_view) override {}
   void SetUpdateRate(int) override {}
-  void Connect() override {}
-  void Disconnect() override {}
-  std::string ConnectStatus() override { return "Replay"; }
+  void Connect() override { calls.emplace_back("connect"); }
+  void Disconnect() override { calls.emplace_back("disconnect"); }
+  std::string ConnectStatus() override { return "In memory"; }
   std::int32_t ConnectHandle() override { return 0; }
   void AddTag(std::int16_t, std::string_view) override {}
-  void CreateGroup() override {}
-  void DeleteGroup() override {}
-  std::string GroupStatus() override { return "Replay"; }
+  void CreateGroup() override { calls.emplace_back("group"); }
+  void DeleteGroup() override { calls.emplace_back("delete group"); }
+  std::string GroupStatus() override { return "In memory"; }
   std::int32_t GroupHandle() override { return 0; }
   void SetValue(std::int16_t item, const OpcValue& value) override { staged_[item] = written[item] = value; }
   OpcValue Value(std::int16_t item) override { return known_[item]; }
@@ -38,6 +38,14 @@ class CaptureOpc : public OpcControls, private OpcControl {
     if (onUpdate) onUpdate();
   }
 
+ private:
   std::map<int, OpcValue> staged_;
   std::map<int, OpcValue> known_;
+};
+
+class MemoryOpc : public OpcControls {
+ public:
+  std::array<MemoryOpcControl, 32> control;
+
+  OpcControl& Control(int ch) override { return control.at(static_cast<std::size_t>(ch)); }
 };
