@@ -103,6 +103,13 @@ TEST(InitialisationTest, AChannelIsOpenedAgainFromTheTablesWhenItsSetupAsksForIt
   EXPECT_EQ(plant.ports.port[1].commPort, 10);
   EXPECT_EQ(t.ReinitChannel, kNoChannel);
   EXPECT_EQ(ChannelActions(plant.configuration.journal), "4:") << "the file is not read";
+
+  t.ChanConnected[1] = False;
+  t.ReinitChannel = 1;
+  t.ProtoDamaged[2] = True;
+  Timer1Tick(plant.cold);
+  EXPECT_EQ(plant.ports.port[1].opened, 2) << "under a damaged format every weight would be wrong";
+  ExpectFailedChannel(t);
 }
 
 }  // namespace

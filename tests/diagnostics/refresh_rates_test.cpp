@@ -44,6 +44,14 @@ TEST(RefreshRatesTest, OpeningShowsTheIntervalsThatRunAndTheScanTellsItsRateUnti
   plant.Tick();
   EXPECT_EQ(plant.dialogs.rate.at(1), 2) << "the first tick of a second is not counted";
 
+  plant.tables.ScreenPainted = plant.tables.Minimized = True;
+  for (const auto& [label, tick] : {std::pair{2, &TxTimerTick}, {3, &GDITimerTick}}) {
+    for (int round = 0; round < 3; ++round) tick(plant.engine);
+    ++plant.system.second;
+    tick(plant.engine);
+    EXPECT_EQ(plant.dialogs.rate.at(label), 2) << "paced output and drawing too, also while the window is small";
+  }
+
   CloseRefresh(plant.tables);
   plant.dialogs.rate.clear();
   ++plant.system.second;
