@@ -5,6 +5,7 @@
 #include <QWindow>
 
 #include "ui/fonts.h"
+#include "ui/in_front.h"
 #include "ui/palette.h"
 
 namespace {
@@ -51,6 +52,5 @@ void ShowAbove(QDialog& dialog, const QWidget* owner) {
     dialog.move(frame.center() - QPoint(dialog.width() / 2, dialog.height() / 2));
   }
   dialog.show();
-  dialog.raise();
-  dialog.activateWindow();
+  BringToFront(dialog);
 }

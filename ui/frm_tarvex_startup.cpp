@@ -13,6 +13,7 @@
 #include "ui/flat_button.h"
 #include "ui/fonts.h"
 #include "ui/frame.h"
+#include "ui/in_front.h"
 #include "ui/logo.h"
 #include "ui/palette.h"
 
@@ -84,8 +85,7 @@ void frmTarvexStartup::ShowLogo(int screenWidth) { Fit(screenWidth); }
 void frmTarvexStartup::Show() {
   move(QGuiApplication::primaryScreen()->geometry().center() - rect().center());
   show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
 }
 
 void frmTarvexStartup::ShowMenu(int screenWidth) {

@@ -1,6 +1,5 @@
 #include "ui/frm_txm.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -15,6 +14,7 @@
 #include "platform/qt/text.h"
 #include "ui/dialogs.h"
 #include "ui/flat_button.h"
+#include "ui/in_front.h"
 #include "ui/logo.h"
 #include "ui/status_line.h"
 #include "ui/weigh_screen.h"
@@ -22,7 +22,6 @@
 namespace {
 
 constexpr int kTrayWatchMs = 2000;
-constexpr int kActivateAgainMs = 200;
 
 /// Buttons that are there once, in their own order.
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
@@ -230,16 +229,8 @@ void frmTXM::HideWindow() {
 
 void frmTXM::ShowWindow() {
   showNormal();
-  raise();
-  activateWindow();
+  BringToFront(*this);
   screen_->update();  // a desktop that kept the window's picture asks for no repaint
-  // The end of the click on the icon may take the keyboard away from the window again, or only seem to: then the
-  // window system has nothing more to tell, and Qt is told.
-  QTimer::singleShot(kActivateAgainMs, this, [this] {
-    if (!isVisible() || QApplication::activeWindow() != nullptr) return;
-    activateWindow();
-    QApplication::setActiveWindow(this);
-  });
 }
 
 /// A notification area that went away took the only way back to the window with it.
