@@ -13,6 +13,9 @@ class DesktopNotice : public OperatorNotice {
   void MessageBoxWithDetail(std::string_view caption, std::string_view text, std::string_view detail) override {
     boxes_.Show(caption, text, detail);
   }
+  void MessageBoxUntilRead(std::string_view caption, std::string_view text) override {
+    boxes_.ShowUntilRead(caption, text);
+  }
   void Speak(std::string_view sentence) override { speech_.Speak(sentence); }
 
  private:

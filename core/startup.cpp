@@ -39,7 +39,7 @@ void ReadCommandLineWords(Tables& tables, std::string_view commandLine) {
 
 bool Refuse(Engine& engine, std::string_view logText, std::string_view boxText) {
   ReportFault(engine, [&] { engine.log.WriteLog(LogType::Error, logText); });
-  engine.notice.MessageBox(kStartupProblemCaption, boxText);
+  engine.notice.MessageBoxUntilRead(kStartupProblemCaption, boxText);
   return false;
 }
 
@@ -105,7 +105,6 @@ bool Main(Engine& engine, std::string_view commandLine) {
 void LoadStartupForm(Engine& engine) {
   Tables& tables = engine.tables;
   ReadSystemFile(engine);
-  if (tables.Stopped == True) return;  // ended while a box stood
   engine.startupForm.SetRevision(RevisionText());
   engine.startupForm.ShowLogo(tables.ScreenWidth);
   engine.startupForm.Show();

@@ -1,8 +1,6 @@
 #include "platform/qt/message_boxes.h"
 
 #include <QApplication>
-#include <QEventLoop>
-#include <QMessageBox>
 #include <QWindow>
 #include <algorithm>
 #include <string>
@@ -55,38 +53,47 @@ void MessageBoxes::Show(std::string_view caption, std::string_view text, std::st
   const Box box{ToVisibleText(caption), BoxText(text, kLongestText), BoxText(detail, kLongestDetail), icon};
   if (ended_ || box == shown_ || std::ranges::find(waiting_, box) != waiting_.end()) return;
   if (waiting_.size() < kMostWaiting) waiting_.push_back(box);
-  if (shown_) return;
-  while (!ended_ && !waiting_.empty()) {
-    shown_ = waiting_.front();
-    waiting_.pop_front();
-    if (!Hold(*shown_)) DismissAll();
-  }
-  shown_.reset();
+  ShowNext();
 }
 
-bool MessageBoxes::Hold(const Box& box) {
-  const auto icon = box.icon == Icon::Critical ? QMessageBox::Critical : QMessageBox::Warning;
-  QMessageBox window(icon, box.caption, box.text);
-  window.setTextFormat(Qt::PlainText);
-  if (!box.detail.isEmpty()) window.setInformativeText("<p>" + box.detail.toHtmlEscaped() + "</p>");
-  window.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-  window.setWindowModality(Qt::ApplicationModal);
-  window.setAttribute(Qt::WA_QuitOnClose, false);
-  PutAbove(window, Owner());
-  standing_ = &window;
-
+void MessageBoxes::ShowUntilRead(std::string_view caption, std::string_view text) {
+  Show(caption, text);
+  if (!shown_ || held_) return;
   QEventLoop loop;
-  bool answered = false;
-  QObject::connect(&window, &QDialog::finished, &loop, [&] {
-    answered = true;
-    loop.quit();
-  });
-  window.show();
-  window.raise();
-  window.activateWindow();
+  held_ = &loop;
   loop.exec();
-  standing_ = nullptr;
-  return answered;
+  held_ = nullptr;
+  if (shown_) DismissAll();  // the program was ended while the box stood
+}
+
+void MessageBoxes::ShowNext() {
+  if (shown_) return;
+  if (!waiting_.empty()) {
+    shown_ = waiting_.front();
+    waiting_.pop_front();
+    return PutUp(*shown_);
+  }
+  if (held_) held_->quit();
+}
+
+void MessageBoxes::PutUp(const Box& box) {
+  const auto icon = box.icon == Icon::Critical ? QMessageBox::Critical : QMessageBox::Warning;
+  const QWidget* const owner = Owner();
+  standing_ = std::make_unique<QMessageBox>(icon, box.caption, box.text);
+  standing_->setTextFormat(Qt::PlainText);
+  if (!box.detail.isEmpty()) standing_->setInformativeText("<p>" + box.detail.toHtmlEscaped() + "</p>");
+  standing_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+  standing_->setWindowModality(Qt::ApplicationModal);
+  standing_->setAttribute(Qt::WA_QuitOnClose, false);
+  PutAbove(*standing_, owner);
+  QObject::connect(standing_.get(), &QDialog::finished, standing_.get(), [this] {
+    standing_.release()->deleteLater();  // its own signal is being handled
+    shown_.reset();
+    ShowNext();
+  });
+  standing_->show();
+  standing_->raise();
+  standing_->activateWindow();
 }
 
 void MessageBoxes::DismissAll() {

@@ -1,23 +1,31 @@
 #pragma once
 
+#include <QEventLoop>
+#include <QMessageBox>
 #include <QString>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string_view>
 
-class QMessageBox;
 class RunTimeError;
 
-/// Message boxes over the program's windows. A box holds its caller in a message loop of its own, in which timers
-/// and windows go on. One box stands at a time: one that is asked for meanwhile, from one of those timers, waits its
-/// turn while its caller goes on, so that a fault of every tick does not bury the screen. A box that says the same
-/// as the one that stands or waits is not asked for again, and of many waiting ones the newest are dropped.
+/// Message boxes over the program's windows. Whoever asks for one goes on at once: the scan does not wait for
+/// somebody to read it. One box stands at a time and lets nothing else be clicked; one that is asked for meanwhile
+/// waits its turn. A box that says the same as the one that stands or waits is not asked for again, and of many
+/// waiting ones the newest are dropped.
 class MessageBoxes {
  public:
   enum class Icon { Critical, Exclamation };
 
+  MessageBoxes() = default;
+  MessageBoxes(const MessageBoxes&) = delete;
+  MessageBoxes& operator=(const MessageBoxes&) = delete;
+
   /// `detail` stands under the text, such as the device that it is about.
   void Show(std::string_view caption, std::string_view text, std::string_view detail = {}, Icon icon = Icon::Critical);
+  /// The same, and holds the caller in a message loop of its own until no box stands or waits any more.
+  void ShowUntilRead(std::string_view caption, std::string_view text);
   /// End of the program: the box that stands is closed, the waiting ones are given up, and no more are shown.
   void DismissAll();
 
@@ -30,12 +38,13 @@ class MessageBoxes {
     bool operator==(const Box&) const = default;
   };
 
-  /// False if the program ended while the box stood.
-  bool Hold(const Box& box);
+  void ShowNext();
+  void PutUp(const Box& box);
 
   std::optional<Box> shown_;
   std::deque<Box> waiting_;
-  QMessageBox* standing_ = nullptr;
+  std::unique_ptr<QMessageBox> standing_;  ///< the window of `shown_`
+  QEventLoop* held_ = nullptr;             ///< loop of a caller that is held
   bool ended_ = false;
 };
 

@@ -194,15 +194,11 @@ TEST_F(DesktopTest, ABoxStandsOverADetailAndLetsNothingElseBeClickedUntilItIsDis
   desktop.Click(plant.Button("cmdDetail(3)"));
   QWidget& detail = ActiveWindow("frmDetail");
   MessageBoxes boxes;
-  bool stillOpen = false;
-  QTimer::singleShot(0, [&] {
-    WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()) != nullptr; });
-    desktop.Click(*detail.findChild<QAbstractButton*>("cmdClose"));
-    stillOpen = plant.dialogs.IsOpen();
-    desktop.Input("key Return");
-  });
   boxes.Show("Tarvex Scan System Error", "Critical Error: 57  weights.log");
-  EXPECT_TRUE(stillOpen);
+  ASSERT_TRUE(WaitFor([] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()) != nullptr; }));
+  desktop.Click(*detail.findChild<QAbstractButton*>("cmdClose"));
+  EXPECT_TRUE(plant.dialogs.IsOpen());
+  desktop.Input("key Return");
   ActiveWindow("frmDetail");
 }
 

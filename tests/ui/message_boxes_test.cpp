@@ -7,7 +7,6 @@
 #include <QScreen>
 #include <QTimer>
 
-#include "core/transmission.h"
 #include "platform/qt/text.h"
 #include "tests/support/test_plant.h"
 
@@ -40,53 +39,43 @@ class MessageBoxesTest : public testing::Test {
 };
 
 TEST_F(MessageBoxesTest, BoxesAskedForMeanwhileWaitTheirTurnAndNoneIsShownTwice) {
-  int returned = 0;
+  int asked = 0;
   Operator human([&](QMessageBox& box) {
-    for (int n = 0; n < 50 && returned < 50; ++n) {
-      boxes.Show("Tarvex Scan System Error", "Critical Error: " + std::to_string(n % 12));
-      ++returned;
-    }
+    for (; asked < 50; ++asked) boxes.Show("Tarvex Scan System Error", "Critical Error: " + std::to_string(asked % 12));
     box.accept();
   });
-  boxes.Show("Tarvex Scan System Error", "Critical Error: 0");
+  boxes.ShowUntilRead("Tarvex Scan System Error", "Critical Error: 0");
   ASSERT_EQ(human.texts.size(), 9U) << "eight waited behind the first";
-  EXPECT_EQ(human.texts[0], "Critical Error: 0");
-  for (int n = 1; n <= 8; ++n)
+  for (int n = 0; n <= 8; ++n)
     EXPECT_EQ(human.texts[static_cast<std::size_t>(n)], "Critical Error: " + QString::number(n));
-  EXPECT_EQ(returned, 50) << "those who ask meanwhile are not held";
 }
 
 TEST_F(MessageBoxesTest, WhateverTheTextTheBoxFitsTheScreen) {
   const std::string texts[] = {std::string(5000, 'W'), std::string(5000, '\x01'), "<h1>" + std::string(300, 'x')};
   for (const std::string& text : texts) {
-    QSize size;
-    Operator human([&](QMessageBox& box) {
-      size = box.frameSize();
-      box.accept();
-    });
     boxes.Show("Tarvex Scan System Error", text, text);
+    QMessageBox* const box = StandingBox();
+    ASSERT_NE(box, nullptr);
+    const QSize size = box->frameSize();
     EXPECT_EQ(size.boundedTo(QGuiApplication::primaryScreen()->size()), size) << text.substr(0, 10);
-    EXPECT_EQ(human.texts.at(0).left(1), ToVisibleText(text).left(1));
+    EXPECT_EQ(box->text().left(1), ToVisibleText(text).left(1));
+    box->accept();
   }
 }
 
-TEST_F(MessageBoxesTest, ABoxInTheMiddleOfATickHoldsTheScanWhileTheTxTimerGoesOn) {
+TEST_F(MessageBoxesTest, ABoxAboutOneChannelHoldsNoTickAndTheOthersAreScannedWhileItStands) {
   TestPlant plant;
   plant.notice.onBox = [&](const MemoryNotice::Box& box) { boxes.Show(box.caption, box.text); };
-  plant.Connect(0, 10);
+  for (int ch : {0, 1}) plant.Connect(ch, 10);
   plant.tables.ChanConnected[0] = False;
   plant.tables.ReinitChannel = 0;
   plant.ports.port[0].openError = 11;
-  Operator human([&](QMessageBox& box) {
-    plant.Tick();
-    TxTimerTick(plant.engine);
-    if (plant.tables.TxTick == 3) box.accept();
-  });
   plant.Tick();
-  EXPECT_EQ(plant.tables.ScanTick, 1);
-  EXPECT_EQ(plant.tables.TxTick, 3);
-  EXPECT_EQ(plant.tables.ScanBusy, False);
-  EXPECT_TRUE(human.texts.at(0).startsWith("Critical Error: 11  "));
+  ASSERT_NE(StandingBox(), nullptr);
+  EXPECT_TRUE(StandingBox()->text().startsWith("Critical Error: 11  "));
+  plant.Tick(1, "12\n");
+  EXPECT_EQ(plant.tables.ScanTick, 2);
+  EXPECT_EQ(plant.tables.ChanStatusText[1], "Online...");
 }
 
 }  // namespace
