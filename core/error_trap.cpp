@@ -7,7 +7,9 @@
 #include "core/engine.h"
 #include "core/fixed_tables.h"
 #include "core/lamps.h"
+#include "core/offline.h"
 #include "core/sentences.h"
+#include "core/told_faults.h"
 
 namespace {
 
@@ -39,6 +41,7 @@ constexpr PortFault kPortFaults[] = {
 };
 
 constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error";
+const std::string kCriticalError = "Critical Error: ";
 
 std::string ChannelPrefix(int ch) { return "Channel: " + DisplayNumber(ch); }
 
@@ -83,8 +86,11 @@ void TakePortFault(Engine& engine, int ch, const PortFault& kind, const RunTimeE
     engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
     engine.configuration.CfgProc(CfgAction::TablesToScreen, ch);
   } catch (const RunTimeError& unreadable) {
-    LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(unreadable));
+    LogFromTrap(engine, ChannelPrefix(ch) + "  " + kCriticalError + NumberAndDescription(unreadable));
   }
+  // A device that was not there is looked for as long as the channel is enabled in its file.
+  tables.ChanDeviceMissing[ch] =
+      AsBoolean(kind.number == ErrorNumber::SerialPortInvalid && tables.ChanEnabled[ch] == True);
   tables.ChanEnabled[ch] = False;
   for (int item = Item::Motion; item <= Item::Error; ++item) {
     tables.ChanIndicator[item][ch] = False;
@@ -93,13 +99,20 @@ void TakePortFault(Engine& engine, int ch, const PortFault& kind, const RunTimeE
   ForceRepaint(tables);
 }
 
+/// The Error lamp stays on until a stream of the channel has been taken whole. A fault that lasts is told once.
 void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
-  LogFromTrap(engine, ChannelPrefix(ch) + "  Critical Error: " + NumberAndDescription(fault));
-  Say(engine.tables, engine.notice, Occasion::CriticalError, ch, fault);
-  engine.notice.MessageBox(kScanErrorCaption, "Critical Error: " + NumberAndDescription(fault) + "\r\n" +
+  Tables& tables = engine.tables;
+  if (tables.ChanStreamUnfinished[ch] == True) {
+    tables.ChanStreamUnfinished[ch] = False;
+    SetCaption(tables, ch, kCriticalError + std::to_string(fault.Number()));
+    WithdrawWeights(engine, ch);
+  }
+  if (!IsNewFault(engine, ch, fault)) return;
+  ForceRepaint(tables);
+  LogCriticalFault(engine, ch, fault);
+  Say(tables, engine.notice, Occasion::CriticalError, ch, fault);
+  engine.notice.MessageBox(kScanErrorCaption, kCriticalError + NumberAndDescription(fault) + "\r\n" +
                                                   "Please Contact Orvane Technical Services...");
-  SetLamp(engine.tables, ch, Item::Error, false);
-  ForceRepaint(engine.tables);
 }
 
 void SwitchFaultLamps(Tables& tables, int ch) {
@@ -110,6 +123,10 @@ void SwitchFaultLamps(Tables& tables, int ch) {
 }
 
 }  // namespace
+
+void LogCriticalFault(Engine& engine, int ch, const RunTimeError& fault, std::string_view addition) {
+  LogFromTrap(engine, ChannelPrefix(ch) + "  " + kCriticalError + NumberAndDescription(fault) + std::string(addition));
+}
 
 void TakeClosedPort(Tables& tables, int ch) {
   SwitchFaultLamps(tables, ch);
@@ -133,8 +150,8 @@ bool ReportFault(Engine& engine, const std::function<void()>& step) {
     step();
     return true;
   } catch (const RunTimeError& fault) {
-    LogFromTrap(engine, "Critical Error: " + NumberAndDescription(fault));
-    engine.notice.MessageBox(kScanErrorCaption, "Critical Error: " + NumberAndDescription(fault));
+    LogFromTrap(engine, kCriticalError + NumberAndDescription(fault));
+    engine.notice.MessageBox(kScanErrorCaption, kCriticalError + NumberAndDescription(fault));
     return false;
   }
 }

@@ -10,8 +10,12 @@ struct Tables;
 
 /// The one trap of the tick. Switches the lamps of `ch` and goes by the error number: database faults show a
 /// caption and a log line, a port that is invalid or in use disables the channel, anything else is critical and
-/// is logged, spoken and shown in a box. Never raises: a log that cannot be written is told to the operator.
+/// is logged, spoken and shown in a box, once while it lasts. A channel whose stream could not be taken whole shows
+/// no weight. Never raises: a log that cannot be written is told to the operator.
 void HandleFault(Engine& engine, int ch, const RunTimeError& fault);
+
+/// Writes the error log's line of a critical fault of channel `ch`, with `addition` behind it. Never raises.
+void LogCriticalFault(Engine& engine, int ch, const RunTimeError& fault, std::string_view addition = {});
 
 /// What the trap does about a port that is not open (8012): receive and transmit lamps off, no message.
 void TakeClosedPort(Tables& tables, int ch);

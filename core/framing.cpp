@@ -23,7 +23,7 @@ void AppendKeepingTail(std::string& buffer, const std::string& chunk, std::size_
 
 }  // namespace
 
-bool CutStream(Tables& tables, int ch) {
+Cut CutStream(Tables& tables, int ch) {
   const int proto = tables.ChanProtocol[ch];
   std::string& buffer = tables.ChanRxBuffer[ch];
   std::string& stream = tables.ChanStream[ch];
@@ -33,19 +33,20 @@ bool CutStream(Tables& tables, int ch) {
   AppendKeepingTail(buffer, tables.ChanRxChunk[ch], most);
 
   if (tables.ProtoTerminator[proto] == 0) tables.ProtoTerminator[proto] = kDefaultTerminator;
-  if (tables.ProtoTerminator[proto] < 0 || tables.ProtoTerminator[proto] > 255) return false;  // is no character
+  if (tables.ProtoTerminator[proto] < 0 || tables.ProtoTerminator[proto] > 255) return Cut::None;  // is no character
   const char terminator = static_cast<char>(tables.ProtoTerminator[proto]);
   const std::size_t first = buffer.find(terminator);
-  if (first == std::string::npos) return false;
+  if (first == std::string::npos) return Cut::None;
+  const Cut cut = tables.ChanRxChunk[ch].find(terminator) == std::string::npos ? Cut::Again : Cut::Fresh;
 
   const std::size_t second = buffer.find(terminator, first + 1);
   if (second != std::string::npos) {
     stream.assign(buffer, first + 1, second - first);
-    return true;
+    return cut;
   }
   stream.assign(buffer, 0, first + 1);
   const int startChar = tables.ProtoStartChar[proto];
   const bool keep = startChar > 0 && static_cast<unsigned char>(buffer.front()) == startChar;
   if (!keep) buffer.clear();
-  return true;
+  return cut;
 }

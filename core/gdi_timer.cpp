@@ -1,6 +1,7 @@
 #include "core/gdi_timer.h"
 
 #include "core/engine.h"
+#include "core/offline.h"
 #include "core/tick_rate.h"
 
 namespace {
@@ -20,6 +21,7 @@ void Rest(Engine& engine) {
 
 void GDITimerTick(Engine& engine) {
   const Tables& tables = engine.tables;
+  MarkChannelsOfAHeldScan(engine);
   if (tables.GdiEnabled == False || tables.ScreenPainted == False) return;
   CountDrawingTick(engine);
   if (tables.Minimized == True) {

@@ -2,15 +2,19 @@
 
 #include "core/channel_state.h"
 #include "core/engine.h"
+#include "core/fixed_tables.h"
 #include "core/lamps.h"
+#include "core/offline.h"
 #include "core/sentences.h"
+#include "core/told_faults.h"
 #include "protocol/number.h"
 
 namespace {
 
 constexpr int kDescriptionKind = 10;
 
-enum class Pass { First, Again };
+/// First: with the channel's file read. Again: its setup has been used. DeviceFound: its port has just been opened.
+enum class Pass { First, Again, DeviceFound };
 
 void ClearWeights(Tables& tables, int ch) {
   tables.ChanGross[ch].clear();
@@ -47,7 +51,9 @@ void StartPublishing(Tables& tables, int ch) {
 }
 
 /// A channel that could not be opened: disabled in the tables, and not tried again until its setup is used.
-void ShowInitializationError(Tables& tables, int ch) {
+void ShowInitializationError(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  MarkWeightsOld(engine, ch);
   tables.ChanConnected[ch] = False;
   tables.ChanEnabled[ch] = False;
   SetCaption(tables, ch, Caption::InitializationError);
@@ -62,22 +68,32 @@ void ShowReady(Engine& engine, int ch) {
   engine.tables.ChanConnected[ch] = True;
 }
 
-void OpenSerialPort(Engine& engine, int ch) {
-  Tables& tables = engine.tables;
-  tables.ChanLastRxTick[ch] = tables.ScanTick;
-  tables.ChanRxBuffer[ch].clear();  // what an earlier opening left behind could be cut into an old weight
-  SerialPort& port = engine.ports.Port(ch);
-  if (port.PortOpen()) port.Close();
+void OpenWithSettings(Tables& tables, int ch, SerialPort& port) {
   port.SetCommPort(tables.ChanPort[ch] + 1);
   port.SetSettings(tables.PortSettingsTable[tables.ChanPortSetup[ch]]);
   port.SetHandshaking(tables.ChanXonXoff[ch] == True ? 1 : 0);
   port.Open();
+}
+
+void OpenSerialPort(Engine& engine, int ch, Pass pass) {
+  Tables& tables = engine.tables;
+  tables.ChanLastRxTick[ch] = tables.ScanTick;
+  tables.ChanStreamEndTick[ch] = tables.ScanTick;
+  tables.ChanRxBuffer[ch].clear();  // what an earlier opening left behind could be cut into an old weight
+  SerialPort& port = engine.ports.Port(ch);
+  if (pass != Pass::DeviceFound) {
+    if (port.PortOpen()) {
+      MarkWeightsOld(engine, ch);
+      port.Close();
+    }
+    OpenWithSettings(tables, ch, port);
+  }
   if (port.PortOpen()) {
     ShowReady(engine, ch);
     StartPublishing(tables, ch);
     return;
   }
-  ShowInitializationError(tables, ch);
+  ShowInitializationError(engine, ch);
   Say(tables, engine.notice, Occasion::ComPortNotOpened, ch);
 }
 
@@ -88,14 +104,15 @@ void OpenArcNetLink(Engine& engine, int ch) {
     ShowReady(engine, ch);
     return;
   }
+  MarkWeightsOld(engine, ch);
   tables.ChanConnected[ch] = False;
   SetCaption(tables, ch, Caption::InitializationError);
   SetLampFlagged(tables, ch, Item::Error, true);
   Say(tables, engine.notice, Occasion::ArcNetNotRegistered, ch);
 }
 
-void OpenLink(Engine& engine, int ch) {
-  if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) OpenSerialPort(engine, ch);
+void OpenLink(Engine& engine, int ch, Pass pass) {
+  if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) OpenSerialPort(engine, ch, pass);
   if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) OpenArcNetLink(engine, ch);
 }
 
@@ -115,25 +132,53 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
   ClearWeights(tables, ch);
   ResetLamps(tables, ch);
   if (tables.ChanEnabled[ch] == False) {
+    MarkWeightsOld(engine, ch);
     SetCaption(tables, ch, Caption::DeviceDisabled);
     StartPublishing(tables, ch);
     return;
   }
   if (tables.ProtoDamaged[tables.ChanProtocol[ch]] == True) {
-    ShowInitializationError(tables, ch);
+    ShowInitializationError(engine, ch);
     return;
   }
-  if (tables.ChanOpcEnabled[ch] == True) engine.publisher.ConnectOpc(ch, pass == Pass::Again);
-  OpenLink(engine, ch);
+  if (tables.ChanOpcEnabled[ch] == True) engine.publisher.ConnectOpc(ch, pass != Pass::First);
+  OpenLink(engine, ch, pass);
 }
 
 void InitialiseChannel(Engine& engine, int ch, Pass pass) {
+  EndToldFaults(engine, ch);
+  engine.tables.ChanDeviceMissing[ch] = False;
+  engine.tables.ChanStreamUnfinished[ch] = False;
   try {
     ChannelSteps(engine, ch, pass);
   } catch (...) {
-    ShowInitializationError(engine.tables, ch);
+    ShowInitializationError(engine, ch);
+    if (pass == Pass::DeviceFound) engine.ports.Port(ch).Close();
     throw;
   }
+}
+
+/// Looks once a second for the device of a channel that could not be opened without it, and opens its port if it is
+/// there. Its file is read again: the channel may have been disabled or changed there meanwhile. What stands in the
+/// way has been told and is not told again.
+bool DeviceHasAppeared(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  if (tables.ChanDeviceTrySecond[ch] == tables.ScanLastSecond) return false;
+  tables.ChanDeviceTrySecond[ch] = tables.ScanLastSecond;
+  SerialPort& port = engine.ports.Port(ch);
+  try {
+    engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
+    if (tables.ChanEnabled[ch] == False || tables.ChanConnectUsing[ch] != ConnectUsing::SerialPort) {
+      tables.ChanDeviceMissing[ch] = False;
+      SetCaption(tables, ch, Caption::DeviceDisabled);
+    } else {
+      OpenWithSettings(tables, ch, port);
+    }
+  } catch (const RunTimeError&) {
+    // still not to be had
+  }
+  tables.ChanEnabled[ch] = AsBoolean(port.PortOpen());
+  return port.PortOpen();
 }
 
 }  // namespace
@@ -170,6 +215,11 @@ void ServeUnconnectedChannel(Engine& engine, int ch) {
     tables.ReinitChannel = kNoChannel;  // also when opening fails: it is not tried again until the next setup
     InitialiseChannel(engine, ch, Pass::Again);
     engine.mainForm.BusyPointer(false);
+    return;
+  }
+  if (tables.ChanDeviceMissing[ch] == True && DeviceHasAppeared(engine, ch)) {
+    InitialiseChannel(engine, ch, Pass::DeviceFound);
+    engine.log.WriteLog(LogType::Activity, "Channel: " + DisplayNumber(ch) + "  Device Found, Channel Enabled");
     return;
   }
   ClearWeights(tables, ch);

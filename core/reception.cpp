@@ -7,6 +7,7 @@
 #include "core/error_trap.h"
 #include "core/framing.h"
 #include "core/lamps.h"
+#include "core/offline.h"
 #include "core/stream_values.h"
 #include "protocol/status.h"
 
@@ -53,15 +54,12 @@ bool BytesWaiting(Tables& tables, int ch, SerialPort& port) {
   return waiting > 0;
 }
 
-void Receive(Engine& engine, int ch, SerialPort& port) {
+void HandleStream(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   const int proto = tables.ChanProtocol[ch];
-  TurnRXLedON(engine.tables, engine.mainForm, ch);
-  port.Input(tables.ChanRxChunk[ch]);
-  if (!CutStream(tables, ch)) return;  // bytes are flowing: no time-out test either
-
   ++tables.StreamsDecoded;
   tables.ChanLastRxTick[ch] = tables.ScanTick;
+  tables.ChanStreamUnfinished[ch] = True;
   ReplaceFirstCarriageReturn(tables.ChanStream[ch]);
   ShowRawStream(engine, ch);
   tables.ProtoPolarity[proto].clear();
@@ -70,29 +68,29 @@ void Receive(Engine& engine, int ch, SerialPort& port) {
   TakeStreamValues(engine, ch);
 }
 
-/// A channel that is already offline stays as it is, whatever the sentinels say of its last published status.
-void CheckTimeout(Engine& engine, int ch) {
-  Tables& tables = engine.tables;
-  if (tables.ChanTimeout[ch] <= 0) return;
-  if (TicksSince(tables, tables.ChanLastRxTick[ch]) < tables.ChanTimeout[ch]) return;
-  if ((tables.ChanStatusBits[ch] & StatusBit::Offline) != 0 && tables.ChanStatusText[ch] == Caption::Offline) return;
-
-  tables.ChanStatusBits[ch] = static_cast<std::int16_t>(tables.ChanStatusBits[ch] | StatusBit::Offline);
-  if (tables.ChanStatusBits[ch] == tables.ChanPrevStatusBits[ch]) return;
-  engine.publisher.PublishStatus(ch);
-  SetLamp(tables, ch, Item::Error, true);
-  if (tables.ChanStatusText[ch] != Caption::Offline) SetCaption(tables, ch, Caption::Offline);
-  if (tables.ChanOpcEnabled[ch] == False && tables.ChanDdeServer[ch] == False) return;
-  engine.publisher.RepublishOffline(ch);
-  if (tables.DebugMode == False) engine.mainForm.SetTrayPicture(TrayPicture::iIdle);
+/// Bytes that end no stream do not put the time-out off: noise would keep an old weight good for ever.
+void Receive(Engine& engine, int ch, SerialPort& port) {
+  TurnRXLedON(engine.tables, engine.mainForm, ch);
+  port.Input(engine.tables.ChanRxChunk[ch]);
+  const Cut cut = CutStream(engine.tables, ch);
+  if (cut == Cut::Fresh) engine.tables.ChanStreamEndTick[ch] = engine.tables.ScanTick;
+  if (cut != Cut::None) HandleStream(engine, ch);
+  if (cut != Cut::Fresh) CheckTimeout(engine, ch);
 }
 
 }  // namespace
+
+void CheckTimeout(Engine& engine, int ch) {
+  const Tables& tables = engine.tables;
+  if (tables.ChanTimeout[ch] <= 0) return;
+  if (TicksSince(tables, tables.ChanStreamEndTick[ch]) >= tables.ChanTimeout[ch]) FallOffline(engine, ch);
+}
 
 void ReceptionCycle(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   if (tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) {
     SerialPort& port = engine.ports.Port(ch);
+    if (port.TakeLineLoss()) tables.ChanRxBuffer[ch].clear();
     if (BytesWaiting(tables, ch, port)) {
       Receive(engine, ch, port);
     } else {

@@ -6,3 +6,6 @@ struct Engine;
 /// protocol's terminator, decodes it into values, lamps and caption, and notices silence. A port that is not open
 /// reads as silence. Raises what formatting, publishing and the weight log raise.
 void ReceptionCycle(Engine& engine, int ch);
+
+/// Lets the channel fall offline if no end of a stream has come from it for `ChanTimeout` ticks; 0 is no time-out.
+void CheckTimeout(Engine& engine, int ch);

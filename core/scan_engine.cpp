@@ -9,6 +9,7 @@
 #include "core/lamps.h"
 #include "core/reception.h"
 #include "core/tick_rate.h"
+#include "core/told_faults.h"
 
 namespace {
 
@@ -66,9 +67,45 @@ void ServeChannels(Engine& engine, int& ch) {
   engine.ports.Poll();
   if (engine.tables.ChannelsInitialised == False) {
     FirstInitialisation(engine, ch);
+    engine.tables.NextChannelToServe = 0;
     return;
   }
-  for (ch = 0; ch <= engine.tables.MaxChannel; ++ch) ServeChannel(engine, ch);
+  Tables& tables = engine.tables;
+  const int channels = tables.MaxChannel + 1;
+  const int first = tables.NextChannelToServe;
+  for (int visit = 0; visit < channels; ++visit) {
+    ch = (first + visit) % channels;
+    ServeChannel(engine, ch);
+    CountVisitWithoutFault(engine, ch);
+  }
+  tables.NextChannelToServe = 0;
+}
+
+/// Deals with the fault that has ended the tick on channel `ch`. The next tick begins behind that channel, so that a
+/// fault that comes back in every tick does not keep the others from being visited.
+void EndTickWithFault(Engine& engine, int ch, const RunTimeError& fault) {
+  Tables& tables = engine.tables;
+  tables.NextChannelToServe = (ch + 1) % (tables.MaxChannel + 1);
+  HandleFault(engine, ch, fault);
+  if (tables.ChanConnected[ch] == False) return;
+  // The visit may have ended before the channel was looked at, at each tick anew.
+  CheckTimeout(engine, ch);
+  engine.publisher.Flush(ch);
+}
+
+/// Runs `step`; what it raises, if anything.
+template <typename Step>
+std::optional<RunTimeError> FaultOf(const Step& step) {
+  try {
+    step();
+    return std::nullopt;
+  } catch (const RunTimeError& fault) {
+    return fault;
+  } catch (const std::bad_alloc&) {
+    return RunTimeError(ErrorNumber::OutOfMemory, "Out of memory");
+  } catch (const std::exception& fault) {
+    return RunTimeError(ErrorNumber::Internal, std::string("Internal error: ") + fault.what());
+  }
 }
 
 }  // namespace
@@ -81,18 +118,11 @@ std::optional<RunTimeError> Timer1Tick(Engine& engine) {
   tables.ScanBusy = True;
   if (tables.Timer1Sleep > 0) engine.system.Sleep(tables.Timer1Sleep);
   int ch = 0;
-  std::optional<RunTimeError> ended;
-  try {
+  const std::optional<RunTimeError> ended = FaultOf([&] {
     CountScanTick(engine);
     ServeChannels(engine, ch);
-  } catch (const RunTimeError& fault) {
-    ended = fault;
-  } catch (const std::bad_alloc&) {
-    ended.emplace(ErrorNumber::OutOfMemory, "Out of memory");
-  } catch (const std::exception& fault) {
-    ended.emplace(ErrorNumber::Internal, std::string("Internal error: ") + fault.what());
-  }
-  if (ended) HandleFault(engine, ch, *ended);
+  });
+  if (ended) FaultOf([&] { EndTickWithFault(engine, ch, *ended); });  // what fails again has been told
   tables.ScanBusy = False;
   return ended;
 }

@@ -1,6 +1,9 @@
 #include "core/shutdown.h"
 
+#include "core/channel_state.h"
 #include "core/engine.h"
+#include "core/offline.h"
+#include "core/told_faults.h"
 
 namespace {
 
@@ -31,6 +34,11 @@ void CloseLinks(Engine& engine) {
   engine.events.Timer1().SetEnabled(false);
   CloseTerminalLink(engine);
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
+    if (tables.ChanConnected[ch] == True) {
+      MarkWeightsOld(engine, ch);
+      SetCaption(tables, ch, Caption::Offline);
+    }
+    EndToldFaults(engine, ch);
     CloseIfOpen(engine, ch);
     if (tables.ChanOpcEnabled[ch] == True) GoOnAfterFault([&] { engine.publisher.DisconnectOpc(ch); });
     tables.ChanConnected[ch] = False;

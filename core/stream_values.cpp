@@ -55,7 +55,7 @@ void Publish(Engine& engine, int ch, int kind, std::string& value, std::string_v
 }
 
 /// Formats the field into `value` and publishes it, or publishes `otherwise` if the stream does not hold it.
-/// True if the field was there.
+/// True if the field was there. It is formatted aside: raw digits are no weight when formatting raises.
 bool TakeField(Engine& engine, int ch, int kind, std::string& value, const Field& field, std::string_view polarity,
                std::string_view otherwise) {
   Tables& tables = engine.tables;
@@ -64,9 +64,9 @@ bool TakeField(Engine& engine, int ch, int kind, std::string& value, const Field
     Publish(engine, ch, kind, value, otherwise);
     return false;
   }
-  value = field.Of(tables.ChanStream[ch]);
-  FormatValue(tables, ch, value, tables.ProtoDecimalCode[proto], polarity, proto);
-  engine.publisher.SetVal(kind, ch);
+  tables.WeightField = field.Of(tables.ChanStream[ch]);
+  FormatValue(tables, ch, tables.WeightField, tables.ProtoDecimalCode[proto], polarity, proto);
+  Publish(engine, ch, kind, value, tables.WeightField);
   return true;
 }
 
@@ -183,5 +183,6 @@ void TakeStreamValues(Engine& engine, int ch) {
   }
   TakeStreamId(engine, ch);
   SetLamp(tables, ch, Item::Motion, tables.ChanMotion[ch] == True);
+  tables.ChanStreamUnfinished[ch] = False;
   WriteWeightLog(engine, ch);
 }

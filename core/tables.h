@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "core/table.h"
+#include "core/told_faults.h"
 #include "protocol/status_table.h"
 
 inline constexpr int kChannels = 32;     ///< channels that can exist, 0 to 31
@@ -152,9 +153,13 @@ struct Tables {
   ChannelTable<std::int16_t> ChanDecimals;
   ChannelTable<std::string> ChanFormatMask;
   ChannelTable<std::int32_t> ChanLastRxTick;
+  ChannelTable<std::int32_t> ChanStreamEndTick;  ///< `ScanTick` when a terminator last arrived, or at connection: what
+                                                 ///< arrives without one is no sign of life
+  ChannelTable<Boolean> ChanStreamUnfinished;    ///< the stream under way has not been taken whole
   Table<ChannelTable<std::int32_t>, 3> ChanLampTick;  ///< rows RX, TX, spare
   ChannelTable<std::int32_t> ChanOpcTick;
   ChannelTable<Boolean> ChanOpcPending, ChanOpcBusy, ChanDdePending;
+  ChannelTable<Boolean> ChanOpcAnswerStaged;  ///< the answer to a command has not been handed to the server yet
   ChannelTable<Table<DdeItem, 11>> ChanDdeItems;
   ChannelTable<Boolean> ChanUpdatePending;
   ChannelTable<std::int32_t> ChanCmdState, ChanCmdStatus;
@@ -183,6 +188,9 @@ struct Tables {
   std::int32_t ScanRate = 0;
   std::int64_t ScanLastSecond = 0;
   Boolean ScanBusy = False;
+  int NextChannelToServe = 0;      ///< where the next tick begins: behind the channel whose fault ended the last one
+  std::int32_t HeldScanTick = -1;  ///< `ScanTick` as a timer beside the scan has last seen it change,
+  std::int64_t HeldSince = 0;      ///< and when, in milliseconds of `System::Milliseconds`
   std::int32_t TxTick = 0;
   Boolean TxTickWrapped = False;
   std::int32_t TxRate = 0;
@@ -213,6 +221,14 @@ struct Tables {
   ProtocolTable<Boolean> ProtoDamaged;
   /// The weight log of the channel could not be written last time; a fault is reported once until it can again.
   ChannelTable<Boolean> ChanAsciiLogFailed;
+  /// Faults that have been told and still last.
+  ChannelTable<ToldFaults> ChanToldFaults;
+  /// The channel's device was not there when its port was opened; it is looked for, last in that second of the
+  /// wall clock, and the channel is opened when it appears.
+  ChannelTable<Boolean> ChanDeviceMissing;
+  ChannelTable<std::int64_t> ChanDeviceTrySecond;
+  /// Scratch of the tick: the weight field that is being formatted.
+  std::string WeightField;
 
   // Fixed tables, filled once at start-up.
   Table<std::string, 7> DecimalMaskTable;

@@ -6,6 +6,7 @@
 #include "core/engine.h"
 #include "core/error_trap.h"
 #include "core/lamps.h"
+#include "core/offline.h"
 #include "core/tick_rate.h"
 
 namespace {
@@ -63,6 +64,7 @@ void PaceChannel(Engine& engine, int ch) {
 void TxTimerTick(Engine& engine) {
   const Tables& tables = engine.tables;
   CountTxTick(engine);
+  MarkChannelsOfAHeldScan(engine);
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
     if (tables.ChanConnected[ch] == False || tables.ChanConnectUsing[ch] != ConnectUsing::SerialPort) continue;
     try {

@@ -31,9 +31,13 @@ class SerialPort {
   virtual std::size_t InBufferCount() = 0;
   /// Puts all waiting bytes in place of what `chunk` holds and empties the input. Raises 8012 if not open.
   virtual void Input(std::string& chunk) = 0;
-  /// Sends `data` without waiting for the line; what the line does not take at once follows in order.
+  /// True once after the line was lost, whether or not it is back: what was received before is no beginning of what
+  /// comes now. A port that is not open has lost nothing.
+  virtual bool TakeLineLoss() = 0;
+  /// Sends `data` without waiting for the line; what the line does not take at once follows in order. False if
+  /// nothing of it leaves the machine, because the line is gone or too much waits for it already.
   /// Raises 8012 if the port is not open.
-  virtual void Output(std::string_view data) = 0;
+  virtual bool Output(std::string_view data) = 0;
 };
 
 /// The control array: 32 ports, one a channel.

@@ -18,12 +18,14 @@ class HandTurnedSystem : public System {
   int height = 768;
   bool previousInstance = false;
   std::int64_t second = 0;
-  std::string dateTime;  ///< "YYYY-MM-DD HH:MM:SS"
+  std::int64_t millisecond = 0;  ///< of the clock that never runs backwards
+  std::string dateTime;          ///< "YYYY-MM-DD HH:MM:SS"
 
   OsVersion GetVersionEx() const override { return version; }
   int GetSystemMetrics(int index) const override { return index == 0 ? width : height; }
   bool PreviousInstance() override { return previousInstance; }
   std::int64_t WallSeconds() const override { return second; }
+  std::int64_t Milliseconds() const override { return millisecond; }
   std::string DateTimeText() const override { return dateTime; }
   void Sleep(int) override {}
 };

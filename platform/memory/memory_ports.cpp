@@ -24,9 +24,11 @@ void MemoryPort::Input(std::string& chunk) {
   waiting.clear();
 }
 
-void MemoryPort::Output(std::string_view data) {
+bool MemoryPort::Output(std::string_view data) {
   RequireOpen();
+  if (refuses) return false;
   sent.emplace_back(data);
+  return true;
 }
 
 SerialPort& MemoryPorts::Port(int ch) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/serial_ports.h"
@@ -12,7 +13,9 @@ class MemoryPort : public SerialPort {
  public:
   std::string waiting;
   std::vector<std::string> sent;
-  int openError = 0;  ///< number raised by each opening, 0 for none
+  int openError = 0;      ///< number raised by each opening, 0 for none
+  bool lineLost = false;  ///< the line went away since the last look
+  bool refuses = false;   ///< takes no output, as a line that is gone
   bool open = false;
   int opened = 0;
   int commPort = 0;
@@ -30,7 +33,8 @@ class MemoryPort : public SerialPort {
   void SetHandshaking(int mode) override { handshaking = mode; }
   std::size_t InBufferCount() override;
   void Input(std::string& chunk) override;
-  void Output(std::string_view data) override;
+  bool TakeLineLoss() override { return std::exchange(lineLost, false); }
+  bool Output(std::string_view data) override;
 
  private:
   void RequireOpen() const;

@@ -59,6 +59,7 @@ void PosixSerialPort::Close() {
   link_.reset();
   input_.reset();
   inputSize_ = 0;
+  lineLost_ = false;
   output_.clear();
   Watch();
 }
@@ -80,12 +81,13 @@ void PosixSerialPort::Input(std::string& chunk) {
   inputSize_ = 0;
 }
 
-void PosixSerialPort::Output(std::string_view data) {
+bool PosixSerialPort::Output(std::string_view data) {
   RequireOpen();
-  if (link_->Now() != Link::State::Connected || output_.size() >= kOutputLimit) return;
+  if (link_->Now() != Link::State::Connected || output_.size() >= kOutputLimit) return false;
   const bool lineWasFree = output_.empty();
   output_ += data;
   if (lineWasFree) Send();
+  return link_->Now() == Link::State::Connected;
 }
 
 void PosixSerialPort::Prepare() {
@@ -137,6 +139,8 @@ void PosixSerialPort::Send() {
 void PosixSerialPort::GiveUpDevice() {
   link_->Disconnect();
   output_.clear();
+  inputSize_ = 0;  // of before: the scan takes it in the tick it came, or it is too old
+  lineLost_ = true;
   nextTry_ = surroundings_.clock() + kRetryAfter;
   Watch();
 }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/posix/descriptor.h"
 #include "platform/posix/link.h"
@@ -39,11 +40,12 @@ class PosixSerialPort : public SerialPort {
   int Handshaking() const override { return handshaking_; }
   void SetHandshaking(int mode) override { handshaking_ = mode; }
 
+  bool TakeLineLoss() override { return std::exchange(lineLost_, false); }
   std::size_t InBufferCount() override;
   void Input(std::string& chunk) override;
   /// A text goes out whole or not at all: once 64 KiB wait for a line that does not take them, further texts are
   /// dropped; so is everything unsent when the device goes away.
-  void Output(std::string_view data) override;
+  bool Output(std::string_view data) override;
 
   /// Before the poll of a tick: looks for a device that is away.
   void Prepare();
@@ -69,5 +71,6 @@ class PosixSerialPort : public SerialPort {
   std::int64_t nextTry_ = 0;
   std::unique_ptr<char[]> input_;
   std::size_t inputSize_ = 0;
+  bool lineLost_ = false;
   std::string output_;
 };

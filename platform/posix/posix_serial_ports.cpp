@@ -4,16 +4,9 @@
 
 #include <array>
 #include <cerrno>
-#include <ctime>
 #include <system_error>
 
 #include "core/table.h"
-
-std::int64_t MonotonicMilliseconds() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
-}
 
 PosixSerialPorts::PosixSerialPorts(std::function<std::string(int comNumber)> addressOf,
                                    std::function<std::int64_t()> clock)

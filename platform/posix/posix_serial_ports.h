@@ -2,10 +2,8 @@
 
 #include <deque>
 
+#include "platform/posix/monotonic_clock.h"
 #include "platform/posix/posix_serial_port.h"
-
-/// Milliseconds of a clock that never runs backwards.
-std::int64_t MonotonicMilliseconds();
 
 /// The control array on real devices, pseudo-terminals and device servers. One call of the system a tick covers all
 /// ports, and a silent port costs nothing at all.

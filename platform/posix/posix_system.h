@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/posix/descriptor.h"
+#include "platform/posix/monotonic_clock.h"
 #include "platform/system.h"
 
 /// Size of a display in pixels.
@@ -25,6 +26,7 @@ class PosixSystem : public System {
   /// is no such folder.
   bool PreviousInstance() override;
   std::int64_t WallSeconds() const override;
+  std::int64_t Milliseconds() const override { return MonotonicMilliseconds(); }
   std::string DateTimeText() const override;
   void Sleep(int milliseconds) override;
 

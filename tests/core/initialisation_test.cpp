@@ -75,6 +75,35 @@ TEST(InitialisationTest, APortFaultDisablesItsChannelAndTheNextTickGoesOnBehindI
   }
 }
 
+TEST(InitialisationTest, AChannelWhoseDeviceWasNotThereIsOpenedWhenItAppearsUnlessItsFileDisablesItMeanwhile) {
+  for (const bool disabledMeanwhile : {false, true}) {
+    ColdPlant plant;
+    plant.ports.port[1].openError = ErrorNumber::SerialPortInvalid;
+    for (int tick = 0; tick < 2; ++tick) Timer1Tick(plant.cold);
+    ExpectFailedChannel(plant.tables);
+    const int tried = plant.ports.port[1].opened;
+    for (int tick = 0; tick < 10; ++tick) {
+      if (tick % 2 == 0) ++plant.system.second;
+      Timer1Tick(plant.cold);
+    }
+    EXPECT_EQ(plant.ports.port[1].opened, tried + 5) << "once a second";
+    EXPECT_EQ(plant.notice.boxes.size(), 1U) << "told once";
+
+    plant.ports.port[1].openError = 0;
+    const auto fromFile = plant.configuration.onRead;
+    plant.configuration.onRead = [&](int action, int number) {
+      fromFile(action, number);
+      plant.tables.ChanEnabled[number] = AsBoolean(!disabledMeanwhile);
+    };
+    ++plant.system.second;
+    Timer1Tick(plant.cold);
+    EXPECT_EQ(plant.tables.ChanConnected[1] == True, !disabledMeanwhile);
+    EXPECT_EQ(plant.ports.port[1].open, !disabledMeanwhile);
+    EXPECT_EQ(plant.ports.port[1].commPort, 6) << "the channel's own, not that of the defaults";
+    EXPECT_EQ(plant.tables.ChanStatusText[1], disabledMeanwhile ? "Device Disabled..." : "Ready...");
+  }
+}
+
 TEST(InitialisationTest, AfterAStopNoRowShowsItsOldWeightWhileAnotherChannelHoldsUpTheStart) {
   ColdPlant plant;
   Timer1Tick(plant.cold);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "core/shutdown.h"
 #include "tests/support/test_plant.h"
 
 namespace {
@@ -42,10 +45,11 @@ TEST(ScanEngineTest, TheCountReachesTenMillionAndAfterItsWrapTimeOutsFireEarlyRa
   TestPlant plant;
   plant.Connect(0, 2);
   plant.tables.ChanTimeout[0] = 5000;
-  plant.tables.ChanLastRxTick[0] = 9'999'998;
+  plant.tables.ChanStreamEndTick[0] = 9'999'998;
   plant.tables.ScanTick = 9'999'999;
   plant.Tick();
   EXPECT_EQ(plant.tables.ScanTick, 10'000'000);
+  EXPECT_NE(plant.tables.ChanStatusText[0], "Offline...");
   plant.Tick();
   EXPECT_EQ(plant.tables.ScanTick, 0);
   EXPECT_EQ(plant.tables.ChanStatusText[0], "Offline...");
@@ -82,6 +86,52 @@ TEST(ScanEngineTest, AnyOtherFaultIsCriticalAndCostsTheRestOfTheTickAlone) {
     EXPECT_FALSE(Timer1Tick(plant.raising));
     EXPECT_EQ(plant.ports.port[4].waiting, "") << "they are in the next tick";
   }
+}
+
+TEST(ScanEngineTest, AFaultOfEveryTickCostsNoOtherChannelMoreThanEverySecondVisit) {
+  for (const int faulty : {0, 3, 31}) {
+    TrapPlant plant;
+    for (int ch = 0; ch <= 31; ++ch) plant.Connect(ch, ch == faulty ? 0 : 2);
+    plant.terminal.number = 9;
+    for (int tick = 0; tick < 10; ++tick) {
+      for (int ch = 0; ch <= 31; ++ch) plant.ports.port[static_cast<std::size_t>(ch)].waiting = "\n";
+      for (int half = 0; half < 2; ++half) EXPECT_TRUE(Timer1Tick(plant.raising));
+      for (int ch = 0; ch <= 31; ++ch) {
+        EXPECT_EQ(plant.ports.port[static_cast<std::size_t>(ch)].waiting.empty(), ch != faulty) << ch;
+      }
+    }
+  }
+}
+
+TEST(ScanEngineTest, AFaultThatLastsIsToldOnceAndItsRepeatsAreCountedWhenItEnds) {
+  TrapPlant plant;
+  const auto lines = [&] { return std::ranges::count(plant.LogText(LogType::Error), '\n'); };
+  const std::string line = "Channel: 4  Critical Error: 9  Out of paper";
+  for (int tick = 0; tick < 100; ++tick) {
+    plant.TickWithFault(9);
+    plant.system.second += 59;  // a clock that is set forward ends nothing
+  }
+  EXPECT_EQ(lines(), 1);
+  EXPECT_EQ(plant.notice.boxes.size(), 1U);
+  plant.terminal.description = "Out of ink";
+  plant.TickWithFault(9);
+  EXPECT_EQ(lines(), 2) << "another fault is told";
+
+  plant.terminal.number = 0;
+  for (int second = 1; second <= 60; ++second) {
+    ++plant.system.second;
+    Timer1Tick(plant.raising);
+    if (second == 58) {
+      EXPECT_EQ(lines(), 2);
+    }
+  }
+  EXPECT_NE(plant.LogText(LogType::Error).find(line + ", came back 99 times\r\n"), std::string::npos);
+  plant.terminal.description = "Out of paper";
+  plant.TickWithFault(9);
+  EXPECT_EQ(plant.notice.boxes.size(), 3U) << "a minute without it: it is told again";
+  plant.TickWithFault(9);
+  CloseLinks(plant.raising);
+  EXPECT_NE(plant.LogText(LogType::Error).find(line + ", came back 1 times\r\n"), std::string::npos);
 }
 
 TEST(ScanEngineTest, AnErrorLogThatCannotBeWrittenIsToldToTheOperator) {

@@ -46,6 +46,7 @@ void TestPlant::Connect(int ch, int proto) {
     *last = kPrevWeightSentinel;
   }
   tables.ChanLastRxTick[ch] = tables.ScanTick;
+  tables.ChanStreamEndTick[ch] = tables.ScanTick;
   ports.port[static_cast<std::size_t>(ch)].open = true;
 }
 
