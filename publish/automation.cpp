@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "protocol/number.h"
 
@@ -15,6 +16,13 @@ std::int16_t Narrow(std::int32_t value, std::string_view name) {
   return static_cast<std::int16_t>(value);
 }
 
+struct CommandState {
+  std::int32_t code;
+  double parameter;
+  std::int32_t status;
+  bool operator==(const CommandState&) const = default;
+};
+
 }  // namespace
 
 /// `Device<n>_CUpdate`: takes the command state out of the object. The next visit of the channel acts on it.
@@ -27,15 +35,22 @@ struct Automation::Handler : DeviceSink {
   Handler(const Handler&) = delete;
   Handler& operator=(const Handler&) = delete;
 
+  /// Of the event that the program itself raises there is nothing to take: the fields hold what was handed over, or
+  /// what a client has begun to write and has not sent yet.
   void CUpdate() override {
+    if (std::exchange(ownEvent, false)) return;
     tables.ChanCmdState[ch] = device->CCmd;
     tables.ChanCmdParm[ch] = device->CCmdParm;
     tables.ChanCmdStatus[ch] = device->CCmdStat;
+    agreed = Held();
   }
+  CommandState Held() const { return {tables.ChanCmdState[ch], tables.ChanCmdParm[ch], tables.ChanCmdStatus[ch]}; }
 
   Tables& tables;
   std::shared_ptr<Device> device;
   int ch;
+  CommandState agreed{};  ///< what was last handed over or taken
+  bool ownEvent = false;
 };
 
 Automation::Automation(Tables& tables) : tables_(tables) {}
@@ -81,11 +96,19 @@ void Automation::CallDeviceUpdateMethod(int ch) {
   // Cleared first: a value that does not fit costs one tick, not every tick from now on.
   tables_.ChanUpdatePending[ch] = False;
   Device& device = *objects_.At(ch);
-  device.CCmd = Narrow(tables_.ChanCmdState[ch], "CCmd");
-  device.CCmdParm = tables_.ChanCmdParm[ch];
-  device.CCmdStat = Narrow(tables_.ChanCmdStatus[ch], "CCmdStat");
-  written_[ch] |= DeviceField::Cmd | DeviceField::CmdParm | DeviceField::CmdStat;
+  Handler* const handler = handlers_[static_cast<std::size_t>(ch)].get();
+  // A command state that has not changed is not written again: it would wipe what a client is just writing.
+  if (handler == nullptr || handler->agreed != handler->Held()) {
+    device.CCmd = Narrow(tables_.ChanCmdState[ch], "CCmd");
+    device.CCmdParm = tables_.ChanCmdParm[ch];
+    device.CCmdStat = Narrow(tables_.ChanCmdStatus[ch], "CCmdStat");
+    written_[ch] |= DeviceField::Cmd | DeviceField::CmdParm | DeviceField::CmdStat;
+  }
   AnnounceFields(ch);  // a client that keeps copies of the fields has the new ones when the event comes
+  if (handler != nullptr) {
+    handler->agreed = handler->Held();
+    handler->ownEvent = true;
+  }
   device.CDoUpdate();
 }
 

@@ -13,6 +13,7 @@
 #include "platform/opc_control.h"
 #include "platform/serial_ports.h"
 #include "protocol/number.h"
+#include "publish/device.h"
 #include "publish/device_text.h"
 
 namespace {
@@ -41,7 +42,11 @@ class CommandSource {
   virtual void Answer(double status) = 0;
   virtual void MarkPending() = 0;
   virtual void WriteLogLine(const Command& command) = 0;
+  /// A line of the same log about what has become of a command.
+  virtual void WriteOutcome(std::string_view text) = 0;
 };
+
+std::string DevicePrefix(int ch) { return "Device: " + std::to_string(ch) + "; "; }
 
 std::string General(double value) { return std::string(GeneralText(Decimal::FromDouble(value)).View()); }
 
@@ -60,9 +65,12 @@ class AutomationSource : public CommandSource {
   }
   void MarkPending() override { tables_.ChanUpdatePending[ch_] = True; }
   void WriteLogLine(const Command& command) override {
-    log_.WriteLog(LogType::Automation,
-                  "Device: " + std::to_string(ch_) + "; Rcvd ActiveX Command: " + General(command.code) +
-                      "  Parm: " + General(command.parameter) + "   Stat: " + General(command.status));
+    log_.WriteLog(LogType::Automation, DevicePrefix(ch_) + "Rcvd ActiveX Command: " + General(command.code) +
+                                           "  Parm: " + General(command.parameter) +
+                                           "   Stat: " + General(command.status));
+  }
+  void WriteOutcome(std::string_view text) override {
+    log_.WriteLog(LogType::Automation, DevicePrefix(ch_) + std::string(text));
   }
 
  private:
@@ -99,14 +107,23 @@ class OpcSource : public CommandSource {
   void Answer(double status) override {
     opc_.SetValue(kOpcCmd, std::int16_t{0});
     opc_.SetValue(kOpcCmdStat, OpcStatus(status));
+    tables_.ChanOpcAnswerStaged[ch_] = True;
+    MarkPending();
+  }
+  /// Takes the code back without an answer.
+  void Clear() {
+    opc_.SetValue(kOpcCmd, std::int16_t{0});
+    tables_.ChanOpcAnswerStaged[ch_] = True;
     MarkPending();
   }
   void MarkPending() override { tables_.ChanOpcPending[ch_] = True; }
   /// Read anew from the items, as the server wrote them.
   void WriteLogLine(const Command&) override {
-    log_.WriteLog(LogType::Opc,
-                  "Device: " + std::to_string(ch_) + "; Rcvd OPC Command: " + OpcText(opc_.Value(kOpcCmd)) +
-                      "  Parm: " + OpcText(opc_.Value(kOpcCmdParm)) + "   Stat: " + OpcText(opc_.Value(kOpcCmdStat)));
+    log_.WriteLog(LogType::Opc, DevicePrefix(ch_) + "Rcvd OPC Command: " + OpcText(opc_.Value(kOpcCmd)) + "  Parm: " +
+                                    OpcText(opc_.Value(kOpcCmdParm)) + "   Stat: " + OpcText(opc_.Value(kOpcCmdStat)));
+  }
+  void WriteOutcome(std::string_view text) override {
+    log_.WriteLog(LogType::Opc, DevicePrefix(ch_) + std::string(text));
   }
 
  private:
@@ -133,13 +150,15 @@ void LightTransmitLamp(Tables& tables, int ch) {
   tables.ChanLampTick[Item::Tx][ch] = tables.ScanTick;
 }
 
-void SendToDevice(Tables& tables, SerialPorts& ports, int ch, int row, double parameter) {
+/// False if nothing of the text left the machine; nothing is shown as sent then.
+bool SendToDevice(Tables& tables, SerialPorts& ports, int ch, int row, double parameter) {
   const int proto = tables.ChanProtocol[ch];
   const std::string& name = tables.ProtoCmdText[kNameRow][row][proto];
   const DeviceText device = BuildDeviceText(tables.ProtoCmdText[kDeviceRow][row][proto], parameter,
                                             tables.ProtoCmdStartChar[proto], tables.ProtoCmdTerminator[proto]);
-  if (device.form == DeviceTextForm::Narrow) SetCaption(tables, ch, device.text);
-  ResumeNextOnClosedPort(tables, ch, [&] { ports.Port(ch).Output(device.text); });
+  bool sent = false;
+  ResumeNextOnClosedPort(tables, ch, [&] { sent = ports.Port(ch).Output(device.text); });
+  if (!sent) return false;
   switch (device.form) {
     case DeviceTextForm::Plain:
       SetCaption(tables, ch, name);
@@ -153,6 +172,7 @@ void SendToDevice(Tables& tables, SerialPorts& ports, int ch, int row, double pa
       if (LampIsDue(tables, ch)) tables.ChanLampTick[Item::Tx][ch] = tables.ScanTick;
       break;
   }
+  return true;
 }
 
 void TakeCommand(Tables& tables, SerialPorts& ports, CommandSource& source, int ch) {
@@ -172,7 +192,10 @@ void TakeCommand(Tables& tables, SerialPorts& ports, CommandSource& source, int 
   if (tables.ProtoCmdEnabled[row][proto] == False) return;  // the code stays in place until the row is enabled
   source.WriteLogLine(command);
   source.Answer(command.code + kSent);
-  SendToDevice(tables, ports, ch, row, command.parameter);
+  if (SendToDevice(tables, ports, ch, row, command.parameter)) return;
+  source.Answer(command.code + kRefused);
+  source.WriteOutcome("Command Not Sent: " + General(command.code) +
+                      ", the line is gone, or too much waits to be sent on it");
 }
 
 }  // namespace
@@ -184,6 +207,14 @@ void TakeCommandFromAutomation(Tables& tables, SerialPorts& ports, Log& log, int
 
 void TakeCommandFromOpc(Tables& tables, SerialPorts& ports, Log& log, OpcControl& opc, int ch) {
   if (TicksSince(tables, tables.ChanOpcTick[ch]) >= tables.ChanRefresh[ch]) tables.ChanOpcPending[ch] = True;
+  // Until an update has carried the answer, the items still hold the command that it answers.
+  if (tables.ChanOpcAnswerStaged[ch] == True) return;
   OpcSource source(tables, log, opc, ch);
+  if (const double code = source.Read().code; code > kLargestCommandCode) {
+    source.Clear();
+    source.WriteOutcome("Refused OPC Command: " + General(code) + ", the largest code is " +
+                        std::to_string(kLargestCommandCode));
+    return;
+  }
   TakeCommand(tables, ports, source, ch);
 }

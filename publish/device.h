@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+/// The answer to a command is its code + 1000 at most, and has to fit the 16 bits of `CCmdStat`.
+inline constexpr std::int16_t kLargestCommandCode = 31767;
+
 /// A client's side of the event of a `Device`.
 class DeviceSink {
  public:

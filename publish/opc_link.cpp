@@ -24,6 +24,7 @@ void LogAndShow(Tables& tables, Log& log, int ch, bool reinit, const std::string
 }  // namespace
 
 void ConnectOpc(Tables& tables, OpcControl& opc, Log& log, int ch, bool reinit) {
+  tables.ChanOpcAnswerStaged[ch] = False;
   const std::string handleMark = reinit ? "  h:" : " h:";
   opc.SetServerName(tables.ChanOpcServerName[ch]);
   opc.SetNodeName(tables.ChanOpcNodeName[ch]);
@@ -74,6 +75,7 @@ void UpdateOpc(Tables& tables, OpcControl& opc, int ch) {
     tables.ChanOpcBusy[ch] = False;  // a fault of the control may not lock the channel out for good
     throw;
   }
+  tables.ChanOpcAnswerStaged[ch] = False;
   tables.ChanOpcTick[ch] = tables.ScanTick;
   tables.ChanOpcBusy[ch] = False;
 }

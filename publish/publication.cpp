@@ -1,5 +1,6 @@
 #include "publish/publication.h"
 
+#include <exception>
 #include <string>
 
 #include "core/channel_state.h"
@@ -17,6 +18,26 @@ constexpr int kStreamId = 9;
 constexpr int kDescription = 10;
 constexpr int kStatusSlot = 3;
 
+/// Serves one outlet after the other whatever becomes of each, so that none is left with a weight of before. What the
+/// first faulty one has raised is raised at the end.
+class EachOutlet {
+ public:
+  template <typename Step>
+  void Serve(const Step& step) {
+    try {
+      step();
+    } catch (...) {
+      if (!first_) first_ = std::current_exception();
+    }
+  }
+  void RaiseFirstFault() const {
+    if (first_) std::rethrow_exception(first_);
+  }
+
+ private:
+  std::exception_ptr first_;
+};
+
 }  // namespace
 
 Publication::Publication(Tables& tables, SerialPorts& ports, OpcControls& opc, Log& log, ScanDialogs& dialogs)
@@ -31,14 +52,12 @@ void Publication::PublishWeight(int kind, int ch, const std::string& value, std:
   last = value;
   const int slot = kind - kGross;
   tables_.ChanDirty[Item::Gross + slot][ch] = True;
+  EachOutlet outlets;
   const bool opc = tables_.ChanOpcEnabled[ch] == True;
   const bool dde = tables_.ChanDdeServer[ch] == True;
   if (opc || dde) {
     const double number = NumericValue(value);
-    if (opc) {
-      opc_.Control(ch).SetValue(static_cast<std::int16_t>(slot), number);
-      tables_.ChanOpcPending[ch] = True;
-    }
+    if (opc) outlets.Serve([&] { StageForOpc(ch, slot, number); });
     if (dde) {
       tables_.ChanDdeItems[ch][slot] = number;
       tables_.ChanDdePending[ch] = True;
@@ -46,6 +65,12 @@ void Publication::PublishWeight(int kind, int ch, const std::string& value, std:
   }
   if (tables_.ChanDetailOpen[ch] == True) dialogs_.ShowDetail(slot, value);
   automation_.UpdateActiveX(kind, ch);
+  outlets.RaiseFirstFault();
+}
+
+void Publication::StageForOpc(int ch, int slot, const OpcValue& value) {
+  opc_.Control(ch).SetValue(static_cast<std::int16_t>(slot), value);
+  tables_.ChanOpcPending[ch] = True;
 }
 
 void Publication::SetVal(int kind, int ch) {
@@ -70,14 +95,11 @@ void Publication::SetVal(int kind, int ch) {
 }
 
 void Publication::StageStatus(int ch) {
-  if (tables_.ChanOpcEnabled[ch] == True) {
-    opc_.Control(ch).SetValue(kStatusSlot, tables_.ChanStatusBits[ch]);
-    tables_.ChanOpcPending[ch] = True;
-  }
   if (tables_.ChanDdeServer[ch] == True) {
     tables_.ChanDdeItems[ch][kStatusSlot] = tables_.ChanStatusBits[ch];
     tables_.ChanDdePending[ch] = True;
   }
+  if (tables_.ChanOpcEnabled[ch] == True) StageForOpc(ch, kStatusSlot, tables_.ChanStatusBits[ch]);
 }
 
 void Publication::PublishStatus(int ch) {
@@ -98,14 +120,17 @@ void Publication::TakeAutomationCommand(int ch) { TakeCommandFromAutomation(tabl
 void Publication::TakeOpcCommand(int ch) { TakeCommandFromOpc(tables_, ports_, log_, opc_.Control(ch), ch); }
 
 void Publication::Flush(int ch) {
-  if (tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True)
-    UpdateOpc(tables_, opc_.Control(ch), ch);
+  EachOutlet outlets;
+  if (tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True) {
+    outlets.Serve([&] { UpdateOpc(tables_, opc_.Control(ch), ch); });
+  }
   if (tables_.ChanDdeServer[ch] == True && tables_.ChanDdePending[ch] == True) {
     tables_.ChanDdePending[ch] = False;
     topics_.UpdateDDELinks(tables_, ch);
   }
-  if (tables_.ChanUpdatePending[ch] == True) automation_.CallDeviceUpdateMethod(ch);
+  if (tables_.ChanUpdatePending[ch] == True) outlets.Serve([&] { automation_.CallDeviceUpdateMethod(ch); });
   automation_.AnnounceFields(ch);
+  outlets.RaiseFirstFault();
 }
 
 void Publication::ConnectOpc(int ch, bool reinit) { ::ConnectOpc(tables_, opc_.Control(ch), log_, ch, reinit); }

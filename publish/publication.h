@@ -36,6 +36,7 @@ class Publication : public Publisher {
  private:
   void PublishWeight(int kind, int ch, const std::string& value, std::string& last);
   void StageStatus(int ch);
+  void StageForOpc(int ch, int slot, const OpcValue& value);
 
   Tables& tables_;
   SerialPorts& ports_;
