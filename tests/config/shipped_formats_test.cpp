@@ -35,6 +35,18 @@ class ShippedPlant : public ConfigPlant {
     tables.ChanPrimaryUnitsName[kChannel] = "LB";
   }
   bool Lamp(int item) const { return tables.ChanIndicator[item][kChannel] == True; }
+  /// Caption and weights.
+  std::string Shown() const {
+    const std::string& caption = tables.ChanStatusText[kChannel];
+    const std::string weights = caption + "|" + tables.ChanGross[kChannel] + "|" + tables.ChanNet[kChannel];
+    return caption == "INVALIDATE" ? weights : weights + "|" + tables.ChanTare[kChannel];
+  }
+  /// What is shown of a frame with nothing before it.
+  std::string ShownOf(const std::string& bytes) {
+    tables.ChanRxBuffer[kChannel].clear();
+    Tick(kChannel, bytes);
+    return Shown();
+  }
 };
 
 /// A frame as a device builds it.
@@ -52,6 +64,8 @@ struct Frame {
     return bytes + " " + digits + (proto == kStandard ? tare : "") + "\r";
   }
 };
+
+constexpr char kRefused[] = "INVALIDATE|0|0";
 
 /// What the digits 001250 are in each decimal position.
 constexpr const char* kShown[] = {"125000", " 12500", "  1250", " 125.0", " 12.50", " 1.250", "0.1250", ".01250"};
@@ -94,15 +108,7 @@ TEST(ShippedFormatsTest, EveryCombinationOfStatusBitsIsDecodedRight) {
 TEST(ShippedFormatsTest, AFrameThatIsNotWholeGivesNoWeight) {
   for (int proto : {kShort, kStandard}) {
     const std::string whole = Frame{}.Bytes(proto);
-    Frame notFilled, withPoint;
-    notFilled.digits = "  1250";
-    withPoint.digits = "012.50";
-    std::string withParity = whole;  // a device on 7 bits and even parity, a line on 8 bits
-    for (char& digit : withParity) {
-      if (digit == '1' || digit == '2') digit = static_cast<char>(digit | 0x80);
-    }
-    std::vector<std::string> damaged = {std::string(1, '\0') + whole, notFilled.Bytes(proto), withPoint.Bytes(proto),
-                                        withParity};
+    std::vector<std::string> damaged = {std::string(1, '\0') + whole};
     for (std::size_t at = 0; at + 1 < whole.size(); ++at) {
       damaged.push_back(whole.substr(at + 1));                        // joined in the middle of a frame
       damaged.push_back(whole.substr(0, at) + whole.substr(at + 1));  // a lost character
@@ -112,11 +118,53 @@ TEST(ShippedFormatsTest, AFrameThatIsNotWholeGivesNoWeight) {
       SCOPED_TRACE(testing::PrintToString(bytes));
       ShippedPlant plant(proto);
       plant.Tick(kChannel, bytes);
-      EXPECT_EQ(plant.tables.ChanGross[kChannel], "0");
-      EXPECT_EQ(plant.tables.ChanStatusText[kChannel], "INVALIDATE");
+      EXPECT_EQ(plant.Shown(), kRefused);
       for (int frame = 0; frame < 2; ++frame) plant.Tick(kChannel, whole);
-      EXPECT_EQ(plant.tables.ChanGross[kChannel], " 12.50");
-      EXPECT_EQ(plant.tables.ChanStatusText[kChannel], "Online...");
+      EXPECT_EQ(plant.Shown(), "Online...| 12.50|0|0");
+    }
+  }
+}
+
+/// Bits of STX, A, B and C that must be right, and those that carry a meaning; the rest is not looked at.
+constexpr unsigned kFixedBits[] = {0x20, 0x60, 0x60, 0x20};
+constexpr unsigned kMeaningBits[] = {0, 0x1F, 0x1F, 0x08};
+
+TEST(ShippedFormatsTest, ACharacterThatTheLineChangedGivesTheWeightOfAWellFormedFrameOrNone) {
+  Frame net, negative, outOfRange;
+  net.net = net.kilograms = true;
+  negative.negative = negative.motion = true;
+  negative.decimals = 2;
+  outOfRange.outOfRange = true;
+  for (int proto : {kShort, kStandard}) {
+    ShippedPlant plant(proto), reference(proto);
+    const std::string other = Frame{.digits = "098765"}.Bytes(proto);
+    const std::string shownOfOther = reference.ShownOf(other);
+    for (const Frame& frame : {net, negative, outOfRange}) {
+      const std::string sent = frame.Bytes(proto);
+      const std::size_t end = sent.size() - 1;
+      for (std::size_t at = 0; at <= end; ++at) {
+        for (unsigned code = 0; code < 256; ++code) {
+          std::string came = sent, meant = sent;
+          came[at] = static_cast<char>(code);
+          const unsigned was = static_cast<unsigned char>(sent[at]);
+          bool refused = code == '\r';  // cuts the frame in two
+          if (at < 4) {
+            refused |= ((code ^ was) & kFixedBits[at]) != 0;
+            meant[at] = static_cast<char>((was & ~kMeaningBits[at]) | (code & kMeaningBits[at]));
+          } else if (at < end) {
+            refused |= code < '0' || code > '9';
+            meant = came;
+          } else if (code == was) {
+            continue;
+          }
+          SCOPED_TRACE(testing::PrintToString(came));
+          ASSERT_EQ(plant.ShownOf(other), shownOfOther);
+          plant.Tick(kChannel, came);
+          ASSERT_EQ(plant.Shown(), refused ? kRefused : at == end ? shownOfOther : reference.ShownOf(meant));
+          plant.Tick(kChannel, other);  // a frame without its end is one with the next, and refused with it
+          ASSERT_EQ(plant.Shown(), code == '\r' || at == end ? kRefused : shownOfOther);
+        }
+      }
     }
   }
 }
