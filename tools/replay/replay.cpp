@@ -8,6 +8,7 @@
 #include "core/scan_engine.h"
 #include "core/startup.h"
 #include "diagnostics/log_files.h"
+#include "publish/device_text.h"
 
 namespace {
 
@@ -31,6 +32,19 @@ int CheckedChannel(int number) {
                        "There is no channel " + std::to_string(number) + ", only 1 to " + std::to_string(kChannels));
   }
   return number - 1;
+}
+
+/// A field that ends its device text is one character short and leaves its last "~" to the device; a single "~" is
+/// a field. Nothing where the text of this command does not do so.
+std::string LiteralTildeWarning(const Tables& tables, int proto, int row) {
+  constexpr double kExample = 12.5;
+  const std::string& definition = tables.ProtoCmdText[0][row][proto];
+  if (tables.ProtoCmdEnabled[row][proto] == False || !definition.ends_with('~')) return {};
+  const DeviceText example = BuildDeviceText(definition, kExample, 0, 0);
+  if (example.form != DeviceTextForm::Wide) return {};
+  return "command " + tables.ProtoCmdText[2][row][proto] + ", device text \"" + definition +
+         "\": the last \"~\" is no part of the field and goes to the device, parameter 12.5 sends \"" + example.text +
+         "\"; put a character behind the field";
 }
 
 }  // namespace
@@ -135,6 +149,10 @@ void Replay::WarnOfFormat() {
   } else if (tables_.ProtoDamaged[proto] == False && tables_.ProtoStatusCount[proto] < 0) {
     warnings_.push_back(format +
                         " has no status row with an empty name (ProtoStatusCount is -1): no status is decoded");
+  }
+  for (int row = 0; row < kCommandRows; ++row) {
+    const std::string warning = LiteralTildeWarning(tables_, proto, row);
+    if (!warning.empty()) warnings_.push_back(format + ", " + warning);
   }
 }
 

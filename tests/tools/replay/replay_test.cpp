@@ -37,4 +37,20 @@ TEST(ReplayTest, TheCaptureBeginsBehindTheStartTickWhateverTheInitialisationTook
   EXPECT_EQ(folder.files.content, before) << "a replay writes nothing";
 }
 
+TEST(ReplayTest, WarnsOfADeviceTextThatSendsItsLastTilde) {
+  Folder folder;
+  std::string& format = folder.files.content["/plant/Tarvex-Std-OVStdFmt.Cfg"];
+  const auto put = [&format](const std::string& old, const std::string& text) {
+    ASSERT_NE(format.find(old), std::string::npos);
+    format.replace(format.find(old), old.size(), text);
+  };
+  put("\"T\",\"Tare\",\"3\"", "\"T~~~~\",\"Tare\",\"3\"");
+  put("\"C\",", "\"C~\",");                                             // one "~" is a field
+  put("\"\",\"\",\"\",#FALSE#", "\"D~~\",\"Disabled\",\"6\",#FALSE#");  // never sent
+  Replay replay(folder.files, {.home = "/plant"});
+  EXPECT_THAT(replay.Warnings(),
+              testing::ElementsAre(testing::AllOf(testing::HasSubstr("command 3"), testing::HasSubstr("\"T~~~~\""),
+                                                  testing::HasSubstr("\"T2.5~\""))));
+}
+
 }  // namespace
