@@ -2,6 +2,10 @@
 
 #include "core/engine.h"
 
+bool ReadsStreams(const Tables& tables, int ch) {
+  return tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort && tables.ChanProtocol[ch] != 0;
+}
+
 void ForceRepaint(Tables& tables) {
   for (int item = 0; item < Item::Count; ++item) {
     for (int ch = 0; ch <= tables.MaxChannel; ++ch) tables.ChanDirty[item][ch] = True;

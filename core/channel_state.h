@@ -5,6 +5,9 @@
 struct Engine;
 struct Tables;
 
+/// True for a channel whose weights come as streams over a serial port: not from a terminal, and no database channel.
+bool ReadsStreams(const Tables& tables, int ch);
+
 /// Flags every cell of channels 0 to `MaxChannel` for repainting.
 void ForceRepaint(Tables& tables);
 

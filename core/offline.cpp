@@ -31,9 +31,10 @@ void Flush(Engine& engine, int ch) {
 
 /// How long nothing has come from the channel while the scan was held, in ticks and in time.
 bool TimeOutHasPassed(const Tables& tables, int ch, std::int64_t held) {
+  if (tables.ChanProtocol[ch] == 0 || tables.ChanTimeout[ch] <= 0) return false;
   const std::int64_t interval = tables.Timer1Interval;
-  const std::int64_t silent = TicksSince(tables, tables.ChanStreamEndTick[ch]) * interval + held;
-  return tables.ChanTimeout[ch] > 0 && silent >= tables.ChanTimeout[ch] * interval;
+  const int silentTicks = ReadsStreams(tables, ch) ? TicksSince(tables, tables.ChanStreamEndTick[ch]) : 0;
+  return silentTicks * interval + held >= tables.ChanTimeout[ch] * interval;
 }
 
 }  // namespace

@@ -71,6 +71,7 @@ void HandleStream(Engine& engine, int ch) {
 /// Bytes that end no stream do not put the time-out off: noise would keep an old weight good for ever.
 void Receive(Engine& engine, int ch, SerialPort& port) {
   TurnRXLedON(engine.tables, engine.mainForm, ch);
+  if (port.TakeLineLoss()) engine.tables.ChanRxBuffer[ch].clear();  // what comes now does not continue it
   port.Input(engine.tables.ChanRxChunk[ch]);
   const Cut cut = CutStream(engine.tables, ch);
   if (cut == Cut::Fresh) engine.tables.ChanStreamEndTick[ch] = engine.tables.ScanTick;
@@ -82,7 +83,7 @@ void Receive(Engine& engine, int ch, SerialPort& port) {
 
 void CheckTimeout(Engine& engine, int ch) {
   const Tables& tables = engine.tables;
-  if (tables.ChanTimeout[ch] <= 0) return;
+  if (tables.ChanTimeout[ch] <= 0 || !ReadsStreams(tables, ch)) return;
   if (TicksSince(tables, tables.ChanStreamEndTick[ch]) >= tables.ChanTimeout[ch]) FallOffline(engine, ch);
 }
 
@@ -90,7 +91,6 @@ void ReceptionCycle(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   if (tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) {
     SerialPort& port = engine.ports.Port(ch);
-    if (port.TakeLineLoss()) tables.ChanRxBuffer[ch].clear();
     if (BytesWaiting(tables, ch, port)) {
       Receive(engine, ch, port);
     } else {

@@ -7,5 +7,5 @@ struct Engine;
 /// reads as silence. Raises what formatting, publishing and the weight log raise.
 void ReceptionCycle(Engine& engine, int ch);
 
-/// Lets the channel fall offline if no end of a stream has come from it for `ChanTimeout` ticks; 0 is no time-out.
+/// Lets a channel that reads streams fall offline if no end of one has come for `ChanTimeout` ticks; 0 is no time-out.
 void CheckTimeout(Engine& engine, int ch);

@@ -22,7 +22,9 @@ void CountScanTick(Engine& engine) {
     ++tables.ScanTick;
   }
   const auto finished = CountTick(tables.ScanRate, tables.ScanLastSecond, engine.system.WallSeconds());
-  if (finished && tables.RefreshOpen == True) engine.dialogs.ShowRate(1, *finished);
+  if (!finished) return;
+  if (tables.RefreshOpen == True) engine.dialogs.ShowRate(1, *finished);
+  CountSecondOfVisits(engine);
 }
 
 void StartupMinimise(Engine& engine) {
@@ -62,6 +64,8 @@ void ServeChannel(Engine& engine, int ch) {
   engine.publisher.Flush(ch);
 }
 
+int NextChannel(const Tables& tables, int ch) { return ch < tables.MaxChannel ? ch + 1 : 0; }
+
 /// `ch` follows the channel being served, for the trap.
 void ServeChannels(Engine& engine, int& ch) {
   engine.ports.Poll();
@@ -71,12 +75,10 @@ void ServeChannels(Engine& engine, int& ch) {
     return;
   }
   Tables& tables = engine.tables;
-  const int channels = tables.MaxChannel + 1;
-  const int first = tables.NextChannelToServe;
-  for (int visit = 0; visit < channels; ++visit) {
-    ch = (first + visit) % channels;
+  ch = tables.NextChannelToServe;
+  for (int visits = 0; visits <= tables.MaxChannel; ++visits) {
     ServeChannel(engine, ch);
-    CountVisitWithoutFault(engine, ch);
+    ch = NextChannel(tables, ch);
   }
   tables.NextChannelToServe = 0;
 }
@@ -85,7 +87,7 @@ void ServeChannels(Engine& engine, int& ch) {
 /// fault that comes back in every tick does not keep the others from being visited.
 void EndTickWithFault(Engine& engine, int ch, const RunTimeError& fault) {
   Tables& tables = engine.tables;
-  tables.NextChannelToServe = (ch + 1) % (tables.MaxChannel + 1);
+  tables.NextChannelToServe = NextChannel(tables, ch);
   HandleFault(engine, ch, fault);
   if (tables.ChanConnected[ch] == False) return;
   // The visit may have ended before the channel was looked at, at each tick anew.

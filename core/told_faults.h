@@ -6,15 +6,13 @@
 
 class RunTimeError;
 struct Engine;
-struct Tables;
 
 /// A fault of one channel that has been told and is not told again while it lasts.
 struct ToldFault {
   int number = 0;
   std::string description;
-  std::int64_t repeats = 0;     ///< times it came back since it was told
-  std::int64_t lastSecond = 0;  ///< wall-clock second last counted, or that of the fault
-  int secondsWithout = 0;       ///< seconds with visits and without the fault
+  std::int64_t repeats = 0;  ///< times it came back since it was told
+  int secondsWithout = 0;    ///< since it came last
 };
 
 using ToldFaults = std::vector<ToldFault>;
@@ -23,8 +21,9 @@ using ToldFaults = std::vector<ToldFault>;
 /// told and still lasts. A fault lasts until the channel has had a minute of visits without it or is opened again.
 bool IsNewFault(Engine& engine, int ch, const RunTimeError& fault);
 
-/// A visit of channel `ch` has ended without a fault: those that have not come back for a minute are over.
-void CountVisitWithoutFault(Engine& engine, int ch);
+/// A second of visits to all channels has passed: faults that have not come back for a minute are over. How often each
+/// came back goes into the error log.
+void CountSecondOfVisits(Engine& engine);
 
-/// All faults of channel `ch` are over: how often each came back goes into the error log.
+/// All faults of channel `ch` are over.
 void EndToldFaults(Engine& engine, int ch);
