@@ -1,7 +1,8 @@
 // How long a weight takes from the byte at the scale's port to the signal at a client of the bus, and what it
 // costs: 32 scales on pseudo-terminals send 20 streams a second each to a tarvexd of its own on a bus of its own,
 // and one client listens to all. Every stream has a weight of its own, by which its two ends are joined. A stream
-// is unseen if the next one of its scale was there before the system looked.
+// is unseen if the next one of its scale was there before the system looked. Then the same with one scale that faults
+// or babbles: the weights of the other 31 may not come later for it.
 // usage: bus_latency [SECONDS]
 
 #include <sys/mman.h>
@@ -15,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -27,18 +29,19 @@ namespace {
 constexpr int kStreamsASecond = 20 * PtyPlant::kScales;
 constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr int kWarmUp = kStreamsASecond;  // streams of the first second, not measured
+constexpr double kMostWithInjury = 1.2;   // of the p99 without
 constexpr int kMostStreams = 1'000'000;   // six digits
 
 /// When each stream was sent, by its weight; shared by the process that sends and the one that listens.
 using SendTimes = std::array<std::int64_t, kMostStreams>;
 
-[[noreturn]] void SendStreams(const PtyPlant& plant, SendTimes& sent, int streams) {
+[[noreturn]] void SendStreams(const PtyPlant& plant, SendTimes& sent, int streams, int scales) {
   std::int64_t due = Now();
   for (int stream = 0; stream < streams; ++stream) {
     const timespec at{due / kSecond, due % kSecond};
     clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &at, nullptr);
     sent[static_cast<std::size_t>(stream)] = Now();
-    plant.Send(stream % PtyPlant::kScales, stream);
+    if (stream % PtyPlant::kScales < scales) plant.Send(stream % PtyPlant::kScales, stream);
     due += kSecond / kStreamsASecond;
   }
   for (;;) pause();
@@ -113,9 +116,15 @@ struct Case {
   double mostCpu;  ///< percent of a core
 };
 
-/// True if the aims are met.
-bool Measure(const Case& setting, int seconds, SendTimes& sent) {
-  const PtyPlant plant(setting.interval, setting.sleep);
+struct Result {
+  double p99;
+  double cpu;
+};
+
+Result Measure(const Case& setting, PtyPlant::Injury injury, int seconds, SendTimes& sent) {
+  const PtyPlant plant(setting.interval, setting.sleep, injury);
+  const bool injured = injury != PtyPlant::Injury::None;
+  const int scalesThatSend = PtyPlant::kScales - (injured ? 1 : 0);
   BusDaemon daemon;
   daemon.Start();
   const Child manager([&] {
@@ -130,7 +139,9 @@ bool Measure(const Case& setting, int seconds, SendTimes& sent) {
   const double idle = Percent(manager.CpuTime() - cpu, Now() - begin);
 
   const int streams = kWarmUp + seconds * kStreamsASecond;
-  const Child scales([&] { SendStreams(plant, sent, streams); });
+  const Child scales([&] { SendStreams(plant, sent, streams, scalesThatSend); });
+  std::optional<Child> injuredScale;
+  if (injured) injuredScale.emplace([&] { plant.SendOfInjured(injury); });
   listener.ListenUntil(Now() + kSecond);
   begin = Now();
   cpu = manager.CpuTime();
@@ -143,10 +154,12 @@ bool Measure(const Case& setting, int seconds, SendTimes& sent) {
   const auto part = [&](double share) {
     return latencies[static_cast<std::size_t>(std::floor(share * static_cast<double>(latencies.size() - 1)))];
   };
-  std::printf("%8d %6d %8zu %6zu %8.2f %8.2f %8.2f %8.1f %8.1f\n", setting.interval, setting.sleep, latencies.size(),
-              static_cast<std::size_t>(streams - kWarmUp) - latencies.size(), part(0.5), part(0.99), part(1), busy,
-              idle);
-  return part(0.99) < setting.mostP99 && busy < setting.mostCpu;
+  const int expected = (streams - kWarmUp) / PtyPlant::kScales * scalesThatSend;
+  constexpr const char* kInjuries[] = {"none", "faults", "babbles"};
+  std::printf("%8d %6d %8s %8zu %6zd %8.2f %8.2f %8.2f %8.1f %8.1f\n", setting.interval, setting.sleep,
+              kInjuries[static_cast<int>(injury)], latencies.size(),
+              expected - static_cast<std::ptrdiff_t>(latencies.size()), part(0.5), part(0.99), part(1), busy, idle);
+  return {part(0.99), busy};
 }
 
 }  // namespace
@@ -160,11 +173,19 @@ int main(int count, char** texts) {
   void* shared = mmap(nullptr, sizeof(SendTimes), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (shared == MAP_FAILED) throw std::runtime_error("no memory");
   SendTimes& sent = *static_cast<SendTimes*>(shared);
-  std::printf("%8s %6s %8s %6s %8s %8s %8s %8s %8s\n", "Timer1", "Sleep", "weights", "unseen", "p50 ms", "p99 ms",
-              "max ms", "CPU %", "idle %");
+  std::printf("%8s %6s %8s %8s %6s %8s %8s %8s %8s %8s\n", "Timer1", "Sleep", "injury", "weights", "unseen", "p50 ms",
+              "p99 ms", "max ms", "CPU %", "idle %");
   bool met = true;
-  for (const Case& setting : {Case{1, 0, 2, 5}, Case{25, 2, 30, 3}}) met = Measure(setting, seconds, sent) && met;
-  std::printf("Aims: p99 below 2 ms and 5 %% of a core at 1 ms, below 30 ms and 3 %% at 25 ms: %s\n",
-              met ? "met" : "missed");
+  for (const Case& setting : {Case{1, 0, 2, 5}, Case{25, 2, 30, 3}}) {
+    const Result sound = Measure(setting, PtyPlant::Injury::None, seconds, sent);
+    met = met && sound.p99 < setting.mostP99 && sound.cpu < setting.mostCpu;
+    for (const auto injury : {PtyPlant::Injury::Faults, PtyPlant::Injury::Babbles}) {
+      met = Measure(setting, injury, seconds, sent).p99 < kMostWithInjury * sound.p99 && met;
+    }
+  }
+  std::printf(
+      "Aims: p99 below 2 ms and 5 %% of a core at 1 ms, below 30 ms and 3 %% at 25 ms; 20 %% more with one "
+      "injured scale: %s\n",
+      met ? "met" : "missed");
   return met ? 0 : 1;
 }

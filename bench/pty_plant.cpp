@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int kProtocol = 10;
+constexpr int kFaultyProtocol = 33;  // cannot take the decimal point from status data
 constexpr int kDigits = 6;
 
 int OpenScale() {
@@ -30,22 +31,27 @@ int OpenScale() {
 }
 
 /// The settings files, written by the code that writes them in the program.
-std::map<std::string, std::string> SettingsFiles(const std::string& folder, int timer1Interval, int timer1Sleep) {
+std::map<std::string, std::string> SettingsFiles(const std::string& folder, int timer1Interval, int timer1Sleep,
+                                                 PtyPlant::Injury injury) {
   TestPlant plant;
   Tables& tables = plant.tables;
   tables.ProgramFolder = folder;
   tables.Timer1Interval = timer1Interval;
   tables.Timer1Sleep = timer1Sleep;
   WriteSystemFile(tables, plant.files);
-  tables.ProtoTerminator[kProtocol] = '\r';
-  tables.ProtoMaxStream[kProtocol] = 2 * (kDigits + 1);  // as formats have it: a longer buffer reads older streams
-  tables.ProtoGrossEnable[kProtocol] = True;
-  tables.ProtoGrossPos[kProtocol] = 1;
-  tables.ProtoGrossLen[kProtocol] = kDigits;
-  SaveFormatFile(tables, plant.files, kProtocol);
+  for (const int proto : {kProtocol, kFaultyProtocol}) {
+    tables.ProtoTerminator[proto] = '\r';
+    tables.ProtoMaxStream[proto] = 2 * (kDigits + 1);  // as formats have it: a longer buffer reads older streams
+    tables.ProtoGrossEnable[proto] = True;
+    tables.ProtoGrossPos[proto] = 1;
+    tables.ProtoGrossLen[proto] = kDigits;
+  }
+  plant.AddStatusRow(kFaultyProtocol, {"Decimal Place XXXX.XX", "(WEIGHT)", "1b4", "1b1", "16", "X"});
+  for (const int proto : {kProtocol, kFaultyProtocol}) SaveFormatFile(tables, plant.files, proto);
   for (int ch = 0; ch < PtyPlant::kScales; ++ch) {
     RestoreChannelDefaults(tables, plant.files, ch);
-    tables.ChanProtocol[ch] = kProtocol;
+    const bool faulty = injury == PtyPlant::Injury::Faults && ch == PtyPlant::kScales - 1;
+    tables.ChanProtocol[ch] = faulty ? kFaultyProtocol : kProtocol;
     tables.ChanPort[ch] = ch;
     tables.ChanEnabled[ch] = True;
     WriteChannelFile(tables, plant.files, ch);
@@ -55,11 +61,11 @@ std::map<std::string, std::string> SettingsFiles(const std::string& folder, int 
 
 }  // namespace
 
-PtyPlant::PtyPlant(int timer1Interval, int timer1Sleep) {
+PtyPlant::PtyPlant(int timer1Interval, int timer1Sleep, Injury injury) {
   std::string pattern = std::filesystem::temp_directory_path() / "tarvex-plant-XXXXXX";
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
   folder_ = pattern;
-  for (const auto& [path, content] : SettingsFiles(folder_, timer1Interval, timer1Sleep)) {
+  for (const auto& [path, content] : SettingsFiles(folder_, timer1Interval, timer1Sleep, injury)) {
     std::ofstream(path) << content;
   }
   std::ofstream ports(folder_ / "Tarvex-Ports.Cfg");
@@ -79,5 +85,15 @@ void PtyPlant::Send(int scale, int weight) const {
   const int size = std::snprintf(stream, sizeof stream, "%0*d\r", kDigits, weight);
   if (write(scales_[static_cast<std::size_t>(scale)], stream, static_cast<std::size_t>(size)) != size) {
     std::perror("a scale cannot send");
+  }
+}
+
+void PtyPlant::SendOfInjured(Injury injury) const {
+  const int line = scales_.back();
+  const std::string noise(64, '7');
+  for (;;) {
+    if (injury == Injury::Faults) Send(kScales - 1, 1250);
+    if (injury == Injury::Babbles && write(line, noise.data(), noise.size()) < 0) std::perror("a scale cannot babble");
+    usleep(1000);
   }
 }

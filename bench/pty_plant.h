@@ -10,8 +10,15 @@ class PtyPlant {
  public:
   static constexpr int kScales = 32;
 
-  /// Milliseconds, as the system file has them.
-  PtyPlant(int timer1Interval, int timer1Sleep);
+  /// What is wrong with the last scale.
+  enum class Injury {
+    None,
+    Faults,   ///< its format cannot format its weights: each of its streams ends a tick with a fault
+    Babbles,  ///< it sends without pause and never ends a stream
+  };
+
+  /// Interval and sleep in milliseconds, as the system file has them.
+  PtyPlant(int timer1Interval, int timer1Sleep, Injury injury = Injury::None);
   ~PtyPlant();
   PtyPlant(const PtyPlant&) = delete;
   PtyPlant& operator=(const PtyPlant&) = delete;
@@ -19,6 +26,9 @@ class PtyPlant {
   const std::filesystem::path& Folder() const { return folder_; }
   /// Has a scale send this weight, 0 to 999999.
   void Send(int scale, int weight) const;
+  /// What the injured scale does, for good: a thousand streams, or 64,000 characters a second, 16 times what the
+  /// fastest line carries.
+  [[noreturn]] void SendOfInjured(Injury injury) const;
 
  private:
   std::filesystem::path folder_;

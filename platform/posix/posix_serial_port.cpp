@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t kInputLimit = 65'536;   // bytes a port takes in a tick, so that a burst cannot hold it up
+constexpr std::size_t kInputLimit = 8192;     // bytes a port takes in a tick, so that a burst cannot hold it up
 constexpr std::size_t kReadSize = 2048;       // below what a terminal driver keeps: a shorter read emptied it
 constexpr std::size_t kOutputLimit = 65'536;  // bytes
 constexpr std::int64_t kRetryAfter = 1000;    // milliseconds
