@@ -68,6 +68,12 @@ void HandleStream(Engine& engine, int ch) {
   TakeStreamValues(engine, ch);
 }
 
+void CheckSilence(Engine& engine, int ch) {
+  const Tables& tables = engine.tables;
+  if (tables.ChanTimeout[ch] <= 0) return;
+  if (TicksSince(tables, tables.ChanStreamEndTick[ch]) >= tables.ChanTimeout[ch]) FallOffline(engine, ch);
+}
+
 /// Bytes that end no stream do not put the time-out off: noise would keep an old weight good for ever.
 void Receive(Engine& engine, int ch, SerialPort& port) {
   TurnRXLedON(engine.tables, engine.mainForm, ch);
@@ -76,15 +82,13 @@ void Receive(Engine& engine, int ch, SerialPort& port) {
   const Cut cut = CutStream(engine.tables, ch);
   if (cut == Cut::Fresh) engine.tables.ChanStreamEndTick[ch] = engine.tables.ScanTick;
   if (cut != Cut::None) HandleStream(engine, ch);
-  if (cut != Cut::Fresh) CheckTimeout(engine, ch);
+  if (cut != Cut::Fresh) CheckSilence(engine, ch);
 }
 
 }  // namespace
 
 void CheckTimeout(Engine& engine, int ch) {
-  const Tables& tables = engine.tables;
-  if (tables.ChanTimeout[ch] <= 0 || !ReadsStreams(tables, ch)) return;
-  if (TicksSince(tables, tables.ChanStreamEndTick[ch]) >= tables.ChanTimeout[ch]) FallOffline(engine, ch);
+  if (ReadsStreams(engine.tables, ch)) CheckSilence(engine, ch);
 }
 
 void ReceptionCycle(Engine& engine, int ch) {
@@ -94,7 +98,7 @@ void ReceptionCycle(Engine& engine, int ch) {
     if (BytesWaiting(tables, ch, port)) {
       Receive(engine, ch, port);
     } else {
-      CheckTimeout(engine, ch);
+      CheckSilence(engine, ch);
     }
   } else if (tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) {
     engine.terminal.ReadArcNet(ch);

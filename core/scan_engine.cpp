@@ -76,7 +76,7 @@ void ServeChannels(Engine& engine, int& ch) {
   }
   Tables& tables = engine.tables;
   ch = tables.NextChannelToServe;
-  for (int visits = 0; visits <= tables.MaxChannel; ++visits) {
+  for (int left = tables.MaxChannel + 1; left > 0; --left) {
     ServeChannel(engine, ch);
     ch = NextChannel(tables, ch);
   }

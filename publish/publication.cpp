@@ -120,11 +120,16 @@ void Publication::TakeAutomationCommand(int ch) { TakeCommandFromAutomation(tabl
 void Publication::TakeOpcCommand(int ch) { TakeCommandFromOpc(tables_, ports_, log_, opc_.Control(ch), ch); }
 
 void Publication::Flush(int ch) {
+  const bool opc = tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True;
+  const bool dde = tables_.ChanDdeServer[ch] == True && tables_.ChanDdePending[ch] == True;
+  if (opc || dde || tables_.ChanUpdatePending[ch] == True) return FlushPending(ch, opc, dde);
+  automation_.AnnounceFields(ch);
+}
+
+void Publication::FlushPending(int ch, bool opc, bool dde) {
   EachOutlet outlets;
-  if (tables_.ChanOpcEnabled[ch] == True && tables_.ChanOpcPending[ch] == True) {
-    outlets.Serve([&] { UpdateOpc(tables_, opc_.Control(ch), ch); });
-  }
-  if (tables_.ChanDdeServer[ch] == True && tables_.ChanDdePending[ch] == True) {
+  if (opc) outlets.Serve([&] { UpdateOpc(tables_, opc_.Control(ch), ch); });
+  if (dde) {
     tables_.ChanDdePending[ch] = False;
     topics_.UpdateDDELinks(tables_, ch);
   }

@@ -35,6 +35,7 @@ class Publication : public Publisher {
 
  private:
   void PublishWeight(int kind, int ch, const std::string& value, std::string& last);
+  void FlushPending(int ch, bool opc, bool dde);
   void StageStatus(int ch);
   void StageForOpc(int ch, int slot, const OpcValue& value);
 
