@@ -190,11 +190,12 @@ void CfgReader::RefuseFound(int number, std::string_view name, std::string_view 
   Refuse(number, name, "found \"" + quote + Visible(text_) + quote + "\"" + std::string(addition));
 }
 
+std::string CfgReader::PlaceOfLine() const { return std::string(path_) + ", line " + std::to_string(textLine_); }
+
 void CfgReader::Refuse(int number, std::string_view name, std::string_view reason) const {
   std::string description(Kind(number));
   description += ": ";
-  description += path_;
-  description += ", line " + std::to_string(textLine_) + ", field " + std::to_string(textField_) + " (";
+  description += PlaceOfLine() + ", field " + std::to_string(textField_) + " (";
   description += name;
   description += "): ";
   description += reason;

@@ -40,6 +40,9 @@ class CfgReader {
   /// Both texts must outlive the reader. `firstLine` is the number of the first line of `content` in the file.
   CfgReader(std::string_view content, std::string_view path, int firstLine = 1);
 
+  /// File and line of the field read last, as faults name them.
+  std::string PlaceOfLine() const;
+
   /// Nothing is left but blanks and line ends.
   bool AtEnd();
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "config/cfg_line.h"
 #include "core/fixed_tables.h"
@@ -72,7 +73,27 @@ bool ReadStatusLine(CfgReader& reader, StatusTable& table, int row) {
   return !table.Text(row, 0).empty();
 }
 
-void ReadFormat(Tables& tables, const std::string& content, const std::string& path, int proto) {
+/// What a file gives to tell that does not make it unusable, one line of the error log each.
+using Remarks = std::vector<std::string>;
+
+/// Nothing of a table without a row that ends it would be walked: no sign, no point, no fault of the device.
+RunTimeError NotEnded(const CfgReader& reader) {
+  return {ErrorNumber::InputPastEnd, "Input past end of file: " + reader.PlaceOfLine() +
+                                         ": the status table is not ended, so that none of its rows would count; end "
+                                         "it with a row of six empty texts (,,,,,)"};
+}
+
+bool CarriesStatusDecimals(const Tables& tables, int proto) { return proto < tables.ProtoFormatMask.Size(); }
+
+std::string DecimalsNotCarried(const CfgReader& reader, const std::string& rowName) {
+  return reader.PlaceOfLine() + ": custom formats 24 and up cannot take the decimal places from a status row (" +
+         rowName + "); use custom format 1 to 23, or choose Decimal Places on the channel and remove these rows";
+}
+
+/// Puts the content into the tables; a fault that leaves them filled is noted in `fault`.
+Remarks ReadFormat(Tables& tables, const std::string& content, const std::string& path, int proto,
+                   std::optional<RunTimeError>& fault) {
+  Remarks remarks;
   CfgReader reader(content, path);
   CfgRecord record;
   for (CfgLine line : kHeadLines) record.Read(reader, line, tables, proto);
@@ -82,13 +103,20 @@ void ReadFormat(Tables& tables, const std::string& content, const std::string& p
   const auto status = std::make_unique<StatusTable>(tables.ProtoStatusTable[proto]);
   status->Clear();
   std::int32_t firstUnused = -1;
-  for (int row = 0; !reader.AtEnd(); ++row) {
+  bool decimalsTold = CarriesStatusDecimals(tables, proto);
+  int row = 0;
+  for (; !reader.AtEnd(); ++row) {
     const bool used = ReadStatusLine(reader, *status, row);
     if (!used && firstUnused < 0) firstUnused = row;
+    if (decimalsTold || firstUnused >= 0 || status->Rule(row).action != StatusAction::DecimalPlace) continue;
+    remarks.push_back(DecimalsNotCarried(reader, status->Text(row, 0)));
+    decimalsTold = true;
   }
+  if (row > 0 && firstUnused < 0) fault = NotEnded(reader);
   record.Commit();
   tables.ProtoStatusTable[proto] = std::move(*status);
   tables.ProtoStatusCount[proto] = firstUnused;
+  return remarks;
 }
 
 void ClearFields(Tables& tables, int proto) {
@@ -99,13 +127,24 @@ void ClearFields(Tables& tables, int proto) {
 
 void LoadFormatFile(Tables& tables, Files& files, Log& log, int proto) {
   tables.ProtoFixedFormat[proto] = AsBoolean(proto <= tables.LastFixedProtocol);
-  tables.ProtoDamaged[proto] = True;
+  tables.ProtoFault[proto].emplace(ErrorNumber::Internal, "The format file has not been read to its end");
   ClearFields(tables, proto);
-  const std::string path = FormatFilePath(tables, proto);
-  const std::string content = files.OpenAndRead(path);
-  if (!content.empty()) ReadFormat(tables, content, path, proto);
-  tables.ProtoDamaged[proto] = False;
-  if (content.empty()) log.WriteLog(LogType::Error, path + " STD Format File Not Found.");
+  Remarks remarks;
+  try {
+    const std::string path = FormatFilePath(tables, proto);
+    const std::string content = files.OpenAndRead(path);
+    std::optional<RunTimeError> fault;
+    if (content.empty()) {
+      remarks = {path + " STD Format File Not Found."};
+    } else {
+      remarks = ReadFormat(tables, content, path, proto, fault);
+    }
+    tables.ProtoFault[proto] = fault;
+  } catch (const RunTimeError& fault) {
+    tables.ProtoFault[proto] = fault;
+    throw;
+  }
+  for (const std::string& remark : remarks) log.WriteLog(LogType::Error, remark);
 }
 
 void SaveFormatFile(Tables& tables, Files& files, int proto) {

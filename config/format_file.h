@@ -6,8 +6,10 @@
 
 /// Loads the format file of protocol `proto` (0 to 41): framing, data fields, commands and status table.
 /// A missing or empty file is logged, and the protocol runs with cleared fields. A damaged or unreadable one raises
-/// as `CfgReader` tells: the fields are cleared, the rest is as it was, and the protocol is marked in
-/// `ProtoDamaged` until a load succeeds. Raises 53 for a protocol that has no file, 9 outside the tables.
+/// as `CfgReader` tells: the fields are cleared, the rest is as it was. Its fault stands in `ProtoFault` until a load
+/// succeeds. A status table that is not ended by a row without a name is loaded, but would not be walked: that is a
+/// fault of the protocol too, though none is raised. Decimal rows that the protocol cannot carry are logged. Raises
+/// 53 for a protocol that has no file, 9 outside the tables.
 void LoadFormatFile(Tables& tables, Files& files, Log& log, int proto);
 
 /// Writes the protocol's tables as they stand: 116 lines. Raises what files raise, 53 and 9 as above.

@@ -25,6 +25,7 @@ class Configuration {
  public:
   virtual ~Configuration() = default;
   /// `number` is a channel, or for the format actions a protocol. An unknown action does nothing.
-  /// Raises what the files raise, with file, line and field in the description.
+  /// Raises what the files raise, with file, line and field in the description. What is wrong with a format file
+  /// is kept in `ProtoFault` as well.
   virtual void CfgProc(int action, int number) = 0;
 };

@@ -3,6 +3,7 @@
 #include "core/channel_state.h"
 #include "core/engine.h"
 #include "core/fixed_tables.h"
+#include "core/format_faults.h"
 #include "core/lamps.h"
 #include "core/offline.h"
 #include "core/sentences.h"
@@ -137,12 +138,22 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
     StartPublishing(tables, ch);
     return;
   }
-  if (tables.ProtoDamaged[tables.ChanProtocol[ch]] == True) {
+  if (tables.ProtoFault[tables.ChanProtocol[ch]]) {
+    tables.ChanFormatRefused[ch] = True;
     ShowInitializationError(engine, ch);
     return;
   }
   if (tables.ChanOpcEnabled[ch] == True) engine.publisher.ConnectOpc(ch, pass != Pass::First);
   OpenLink(engine, ch, pass);
+}
+
+/// A fault of the file itself is kept until all channels are open. Any other one, of a log, is raised.
+void ReadFormat(Engine& engine, int proto) {
+  try {
+    engine.configuration.CfgProc(CfgAction::ReadFormatFile, proto);
+  } catch (const RunTimeError&) {
+    if (!engine.tables.ProtoFault[proto]) throw;
+  }
 }
 
 void InitialiseChannel(Engine& engine, int ch, Pass pass) {
@@ -188,6 +199,7 @@ void RequestFirstInitialisation(Tables& tables) {
   tables.InitialisationAnnounced = False;
   tables.NextFormatToRead = 0;
   tables.NextChannelToOpen = 0;
+  tables.ChanFormatRefused.Fill(False);
   ForgetEarlierRun(tables);
 }
 
@@ -197,15 +209,14 @@ void FirstInitialisation(Engine& engine, int& ch) {
     tables.InitialisationAnnounced = True;
     engine.log.WriteLog(LogType::Activity, "Initializing Devices...");
   }
-  while (tables.NextFormatToRead <= kLastFormatReadAtStart) {
-    engine.configuration.CfgProc(CfgAction::ReadFormatFile, tables.NextFormatToRead++);
-  }
+  while (tables.NextFormatToRead <= kLastFormatReadAtStart) ReadFormat(engine, tables.NextFormatToRead++);
   while (tables.NextChannelToOpen <= tables.MaxChannel) {
     ch = tables.NextChannelToOpen++;
     InitialiseChannel(engine, ch, Pass::First);
   }
   tables.ChannelsInitialised = True;
   engine.mainForm.BusyPointer(false);
+  TellFormatFaults(engine);
 }
 
 void ServeUnconnectedChannel(Engine& engine, int ch) {

@@ -9,8 +9,9 @@ inline constexpr int kLastFormatReadAtStart = 38;
 /// Has the next tick run the first initialisation from its beginning; until then no row shows a weight or a lamp.
 void RequestFirstInitialisation(Tables& tables);
 
-/// First initialisation: reads format files 0 to 38, then each channel's file and opens its link. A fault is
-/// raised with `ch` at the channel concerned; the next call goes on behind it and does not start over.
+/// First initialisation: reads format files 0 to 38, then each channel's file and opens its link, and tells at its
+/// end what is wrong with the formats. Any other fault is raised with `ch` at the channel concerned; the next call
+/// goes on behind it and does not start over.
 void FirstInitialisation(Engine& engine, int& ch);
 
 /// Visit to a channel that is not connected: retries the terminal link, opens the channel again if its setup

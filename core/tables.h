@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -217,8 +218,9 @@ struct Tables {
   /// next tick goes on behind the faulty format or channel.
   Boolean InitialisationAnnounced = False;
   int NextFormatToRead = 0, NextChannelToOpen = 0;
-  /// A protocol whose file was found damaged; its channels are not opened, since their weights would be wrong.
-  ProtocolTable<Boolean> ProtoDamaged;
+  /// What is wrong with the file of a protocol; its channels are not opened, since their weights would be wrong.
+  ProtocolTable<std::optional<RunTimeError>> ProtoFault;
+  ChannelTable<Boolean> ChanFormatRefused;  ///< the channel was to be opened, and its protocol's fault kept it closed
   /// The weight log of the channel could not be written last time; a fault is reported once until it can again.
   ChannelTable<Boolean> ChanAsciiLogFailed;
   /// Faults that have been told and still last.

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tests/config/config_plant.h"
 
 namespace {
@@ -26,9 +28,11 @@ TEST(FormatFileTest, TheStatusCountIsTheNumberOfTheFirstRowWithoutAName) {
     const char* rule;
     std::string lines;
     int count;
+    const char* unendedAt = nullptr;  // none of the rows would be walked, and no channel may be opened on them
   } cases[] = {
       {"nothing behind the last command but blank lines", "\r\n \r\n", -1},
-      {"no row without a name", Repeated(kMotion, 100), -1},
+      {"no row without a name", Repeated(kMotion, 100), -1, ", line 116: "},
+      {"cut behind a whole row", kMotion, -1, ", line 17: "},
       {"a row of nothing but commas", kMotion + ",,,,,\r\n" + kMotion, 1},
       {"a row of empty texts", kMotion + kMotion + kUnused + kMotion, 2},
       {"a name that was never set, though the rest was", ",\"1 / MOTION\",\"2\",\"1\",\"2\",\"X\"\r\n", 0},
@@ -39,6 +43,10 @@ TEST(FormatFileTest, TheStatusCountIsTheNumberOfTheFirstRowWithoutAName) {
     plant.File(kFile) = kHead + c.lines;
     EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "") << c.rule;
     EXPECT_EQ(plant.tables.ProtoStatusCount[kCustom1], c.count) << c.rule;
+    const auto& fault = plant.tables.ProtoFault[kCustom1];
+    const std::string told = fault ? fault->Description() : "";
+    const std::string expected = c.unendedAt == nullptr ? "" : "Input past end of file: " + kPath + c.unendedAt;
+    EXPECT_TRUE(expected.empty() ? told.empty() : told.starts_with(expected)) << c.rule << ": " << told;
   }
 }
 
@@ -50,6 +58,30 @@ TEST(FormatFileTest, LoadAndSaveKeepEveryFieldAndUnsetCellsApartFromEmptyOnes) {
   plant.File(kFile).clear();
   EXPECT_EQ(plant.Run(CfgAction::WriteFormatFile, kCustom1), "");
   EXPECT_EQ(plant.File(kFile), content);
+}
+
+TEST(FormatFileTest, DecimalRowsThatTheProtocolCannotCarryAreLoggedOnce) {
+  const std::string decimal = "\"Decimal Place XXXX.XX\",\"(Weight)\",\"2\",\"1\",\"52\",\"X\"\r\n";
+  const std::string off = decimal.substr(0, decimal.size() - 5) + "\"\"\r\n";
+  const struct {
+    int custom;
+    std::string lines;
+    const char* line;  // nothing logged if empty
+  } cases[] = {
+      {23, decimal + kUnused, ""},
+      {24, kMotion + decimal + decimal + kUnused, "line 18: "},
+      {24, kMotion + off + kUnused + decimal, ""},
+      {24, kMotion + kUnused, ""},
+  };
+  for (const auto& c : cases) {
+    ConfigPlant plant;
+    plant.File("Tarvex-Std-CustFmt" + std::to_string(c.custom) + ".Cfg") = kHead + c.lines;
+    EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, 9 + c.custom), "");
+    EXPECT_FALSE(plant.tables.ProtoFault[9 + c.custom]);
+    const std::string log = plant.LogText(LogType::Error);
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), *c.line == '\0' ? 0 : 1) << log;
+    EXPECT_NE(log.find(c.line), std::string::npos) << log;
+  }
 }
 
 TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoad) {
@@ -76,13 +108,14 @@ TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoa
     if (c.content.empty()) plant.files.broken[kPath] = ErrorNumber::PathFileAccess;
     EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), c.fault) << c.rule;
     const Tables& t = plant.tables;
-    EXPECT_EQ(t.ProtoDamaged[kCustom1], True) << c.rule;
+    ASSERT_TRUE(t.ProtoFault[kCustom1]) << c.rule;
+    EXPECT_TRUE(c.fault.ends_with(t.ProtoFault[kCustom1]->Description())) << c.rule;
     EXPECT_EQ(t.ProtoGrossEnable[kCustom1], False) << c.rule;
 
     plant.files.broken.clear();
     plant.File(kFile) = kHead;
     EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "") << c.rule;
-    EXPECT_EQ(t.ProtoDamaged[kCustom1], False) << c.rule;
+    EXPECT_FALSE(t.ProtoFault[kCustom1]) << c.rule;
   }
 }
 

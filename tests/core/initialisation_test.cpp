@@ -117,6 +117,49 @@ TEST(InitialisationTest, AfterAStopNoRowShowsItsOldWeightWhileAnotherChannelHold
   EXPECT_EQ(plant.tables.ChanIndicator[Item::Motion][2], False);
 }
 
+TEST(InitialisationTest, WhatIsWrongWithFormatsIsToldOnceAllChannelsAreOpenAndHoldsUpNone) {
+  ColdPlant plant;
+  plant.tables.SpeechEnabled = True;
+  const auto readChannel = plant.configuration.onRead;
+  plant.configuration.onRead = [&](int action, int number) {
+    readChannel(action, number);
+    if (action == CfgAction::ReadChannelFile && number != 1) plant.tables.ChanProtocol[number] = 10;
+    if (action != CfgAction::ReadFormatFile || number < 10 || number > 12) return;
+    plant.tables.ProtoFault[number].emplace(13, "FILE" + std::to_string(number));
+    if (number != 11) throw RunTimeError(*plant.tables.ProtoFault[number]);
+  };
+  EXPECT_FALSE(Timer1Tick(plant.cold));
+  EXPECT_EQ(plant.tables.ChannelsInitialised, True);
+  EXPECT_EQ(plant.tables.ChanConnected[1], True);
+  EXPECT_EQ(plant.tables.ChanStatusText[2], "Initialization Error...");
+  EXPECT_EQ(plant.tables.ChanIndicator[Item::Error][2], True);
+  Timer1Tick(plant.cold);
+  const std::string at = "2026-01-02 03:04:05 @ ";
+  const std::string protocol = "Protocol 10 (OVCustom Format 1) of channels 1, 3:";
+  EXPECT_EQ(plant.LogText(LogType::Error),
+            at + protocol + "  Critical Error: 13  FILE10\r\n" + at +
+                "2 format files that no channel uses cannot be used, the first: FILE11\r\n");
+  ASSERT_EQ(plant.notice.boxes.size(), 1U);
+  EXPECT_EQ(plant.notice.boxes[0].text, protocol +
+                                            "\r\nCritical Error: 13  FILE10\r\nPlease Contact Orvane "
+                                            "Technical Services...");
+  ASSERT_EQ(plant.notice.spoken.size(), 1U);
+  EXPECT_NE(plant.notice.spoken[0].find("possibly on Channel 1,"), std::string::npos);
+}
+
+TEST(InitialisationTest, ALogThatFailsWhileAFormatIsReadEndsTheTickAndTheNextOneGoesOnBehindTheFormat) {
+  ColdPlant plant;
+  const auto readChannel = plant.configuration.onRead;
+  plant.configuration.onRead = [&](int action, int number) {
+    if (action == CfgAction::ReadFormatFile && number == 5) throw RunTimeError(ErrorNumber::DiskFull, "log");
+    readChannel(action, number);
+  };
+  EXPECT_EQ(Timer1Tick(plant.cold)->Number(), ErrorNumber::DiskFull);
+  plant.configuration.journal.clear();
+  EXPECT_FALSE(Timer1Tick(plant.cold));
+  EXPECT_TRUE(plant.configuration.journal.starts_with("10:6 ")) << plant.configuration.journal;
+}
+
 TEST(InitialisationTest, AChannelIsOpenedAgainFromTheTablesWhenItsSetupAsksForIt) {
   ColdPlant plant;
   Timer1Tick(plant.cold);
@@ -135,7 +178,7 @@ TEST(InitialisationTest, AChannelIsOpenedAgainFromTheTablesWhenItsSetupAsksForIt
 
   t.ChanConnected[1] = False;
   t.ReinitChannel = 1;
-  t.ProtoDamaged[2] = True;
+  t.ProtoFault[2].emplace(ErrorNumber::InputPastEnd, "damaged");
   Timer1Tick(plant.cold);
   EXPECT_EQ(plant.ports.port[1].opened, 2) << "under a damaged format every weight would be wrong";
   ExpectFailedChannel(t);

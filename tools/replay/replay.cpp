@@ -68,7 +68,7 @@ Replay::Replay(Files& disk, const ReplaySetup& setup)
   StartUp();
   FirstInitialisation(setup.startTick);
   OpenInSpiteOfItsFile(setup.startTick);
-  WarnOfFormat();
+  WarnOfFormats();
 
   topics_.SetWatcher(&flush_);
   device_->Attach(flush_);
@@ -106,10 +106,15 @@ void Replay::InitialisationTick(int startTick) {
   const std::optional<RunTimeError> fault = Timer1Tick(manager_.Parts());
   tables_.ScanTick = startTick;
   if (!fault) return;
-  const RunTimeError named(fault->Number(), files_.NameSources(fault->Description()));
+  const RunTimeError named = WarnOf(*fault);
+  initialisationFault_ = named;
+}
+
+/// The fault with the files that were put in place under their own names.
+RunTimeError Replay::WarnOf(const RunTimeError& fault) {
+  const RunTimeError named(fault.Number(), files_.NameSources(fault.Description()));
   warnings_.push_back("fault " + std::to_string(named.Number()) + ": " + named.Description());
-  const bool inFormats = tables_.NextChannelToOpen == ch_;
-  if (!inFormats || tables_.NextFormatToRead - 1 == tables_.ChanProtocol[ch_]) initialisationFault_ = named;
+  return named;
 }
 
 /// The channel is the only one of the replayed plant: the files of the others are not even read.
@@ -136,8 +141,14 @@ void Replay::OpenInSpiteOfItsFile(int startTick) {
   InitialisationTick(startTick);
 }
 
-void Replay::WarnOfFormat() {
+/// The fault of the channel's own format is what kept it closed.
+void Replay::WarnOfFormats() {
   const int proto = tables_.ChanProtocol[ch_];
+  for (int each = 0; each < tables_.ProtoFault.Size(); ++each) {
+    if (!tables_.ProtoFault[each]) continue;
+    const RunTimeError named = WarnOf(*tables_.ProtoFault[each]);
+    if (each == proto && !initialisationFault_) initialisationFault_ = named;
+  }
   const std::string format = "protocol " + std::to_string(proto) + " (" + ProtocolName(proto) + ")";
   if (proto == 0) {
     warnings_.push_back(format + " is no scale protocol: nothing is decoded");
@@ -146,9 +157,8 @@ void Replay::WarnOfFormat() {
   } else if (const std::string path = PathInProgramFolder(tables_, tables_.ProtoFileName[proto]);
              files_.Read(path).empty()) {
     warnings_.push_back(format + " has no format file " + path + ": nothing is decoded");
-  } else if (tables_.ProtoDamaged[proto] == False && tables_.ProtoStatusCount[proto] < 0) {
-    warnings_.push_back(format +
-                        " has no status row with an empty name (ProtoStatusCount is -1): no status is decoded");
+  } else if (!tables_.ProtoFault[proto] && tables_.ProtoStatusCount[proto] < 0) {
+    warnings_.push_back(format + " has no status rows: no status is decoded");
   }
   for (int row = 0; row < kCommandRows; ++row) {
     const std::string warning = LiteralTildeWarning(tables_, proto, row);

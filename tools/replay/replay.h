@@ -89,7 +89,8 @@ class Replay {
   void FirstInitialisation(int startTick);
   void OpenInSpiteOfItsFile(int startTick);
   void InitialisationTick(int startTick);
-  void WarnOfFormat();
+  RunTimeError WarnOf(const RunTimeError& fault);
+  void WarnOfFormats();
   void SortLines(TickEvents& events);
 
   int ch_;

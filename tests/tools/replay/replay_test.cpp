@@ -53,4 +53,22 @@ TEST(ReplayTest, WarnsOfADeviceTextThatSendsItsLastTilde) {
                                                   testing::HasSubstr("\"T2.5~\""))));
 }
 
+TEST(ReplayTest, TheFaultOfTheChannelsOwnFormatKeepsItClosedAndIsTheErrorOfTheFirstTick) {
+  Folder folder;
+  const std::string good = folder.files.content["/plant/Tarvex-Std-OVStdFmt.Cfg"];
+  const std::size_t end = good.find("\r\n\"\",\"\",\"\",\"\",") + 2;
+  for (const auto& [content, why] : {std::pair{good.substr(0, end - 9), "line "}, {good.substr(0, end), "not ended"}}) {
+    folder.files.content["/mine.Cfg"] = content;
+    Replay replay(folder.files, {.home = "/plant", .format = "/mine.Cfg"});
+    const auto told = testing::AllOf(testing::HasSubstr("/mine.Cfg"), testing::HasSubstr(why));
+    EXPECT_THAT(replay.Warnings(), testing::ElementsAre(told));
+    const auto error = replay.Tick(kGood).error;
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->Number(), ErrorNumber::InputPastEnd);
+    EXPECT_THAT(error->Description(), told);
+    EXPECT_EQ(replay.Store().ChanGross[0], "");
+    EXPECT_FALSE(replay.Tick(kGood).error) << "it is told once";
+  }
+}
+
 }  // namespace
