@@ -10,7 +10,7 @@
 class PosixSerialPorts : public SerialPorts {
  public:
   /// `addressOf` gives the address of a COM number, asked each time a port is opened: a device path or
-  /// `tcp://host:port`.
+  /// `tcp://host:port`. What it raises passes through.
   explicit PosixSerialPorts(std::function<std::string(int comNumber)> addressOf,
                             std::function<std::int64_t()> clock = MonotonicMilliseconds);
 
