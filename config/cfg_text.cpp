@@ -132,12 +132,17 @@ void CfgReader::TakeQuoted(std::string_view name) {
   ++at_;
 }
 
-void CfgReader::Next(std::string_view name) {
+void CfgReader::Next(std::string_view name, bool mayBeMissing) {
   if (field_ == 0) SkipBlankLines();
   SkipBlanks();
   textLine_ = line_;
   textField_ = ++field_;
-  if (at_ == content_.size()) Refuse(ErrorNumber::InputPastEnd, name, "the file ends before it");
+  if (at_ == content_.size()) {
+    if (!mayBeMissing || !behindComma_) Refuse(ErrorNumber::InputPastEnd, name, "the file ends before it");
+    text_ = {};
+    quoted_ = behindComma_ = false;
+    return;
+  }
 
   quoted_ = content_[at_] == '"';
   if (quoted_) TakeQuoted(name);
@@ -179,8 +184,8 @@ std::string CfgReader::Text(std::string_view name) {
   return std::string(text_);
 }
 
-std::optional<std::string> CfgReader::Cell(std::string_view name) {
-  Next(name);
+std::optional<std::string> CfgReader::Cell(std::string_view name, bool last) {
+  Next(name, last);
   if (!quoted_ && text_.empty()) return std::nullopt;
   return std::string(text_);
 }

@@ -50,8 +50,9 @@ class CfgReader {
                        std::int32_t high = std::numeric_limits<std::int32_t>::max());
   Boolean Truth(std::string_view name);
   std::string Text(std::string_view name);
-  /// Nothing for a field without a single character, not even quotes.
-  std::optional<std::string> Cell(std::string_view name);
+  /// Nothing for a field without a single character, not even quotes. With `last` the content may end behind the
+  /// comma in front of it.
+  std::optional<std::string> Cell(std::string_view name, bool last = false);
 
   /// Raises `number` for the field read last, or before the first one for the beginning of the file.
   [[noreturn]] void Refuse(int number, std::string_view name, std::string_view reason) const;
@@ -63,7 +64,7 @@ class CfgReader {
   void TakeLineEnd();
   void TakeSeparator();
   void TakeQuoted(std::string_view name);
-  void Next(std::string_view name);
+  void Next(std::string_view name, bool mayBeMissing = false);
   [[noreturn]] void RefuseFound(int number, std::string_view name, std::string_view addition = {}) const;
 
   std::string_view content_;

@@ -19,7 +19,7 @@ CfgCell CommandEnabled(Tables& tables, int proto, int command) { return &tables.
 /// Lines 1 to 6. The defaults are what a protocol without a file runs with.
 constexpr CfgFieldRow kHeadLines[][3] = {
     {{"ProtoReserved", SettingOf<&Tables::ProtoReserved>},
-     {"ProtoStartChar", SettingOf<&Tables::ProtoStartChar>, {}, 0, 255},
+     {"ProtoStartChar", SettingOf<&Tables::ProtoStartChar>, {}, -1, 255},  // -1, as 0, is none
      {"ProtoTerminator", SettingOf<&Tables::ProtoTerminator>, {}, 0, 255}},
     {{"ProtoGrossPos", SettingOf<&Tables::ProtoGrossPos>, 0},
      {"ProtoGrossLen", SettingOf<&Tables::ProtoGrossLen>, 0},
@@ -62,7 +62,7 @@ std::string FormatFilePath(const Tables& tables, int proto) {
 bool ReadStatusLine(CfgReader& reader, StatusTable& table, int row) {
   for (int column = 0; column < StatusTable::kFileColumns; ++column) {
     const std::string_view name = kStatusColumns[column];
-    std::optional<std::string> cell = reader.Cell(name);
+    std::optional<std::string> cell = reader.Cell(name, column == StatusTable::kFileColumns - 1);
     if (row >= StatusTable::kRows) {
       reader.Refuse(ErrorNumber::SubscriptOutOfRange, name,
                     "a status table has at most " + std::to_string(StatusTable::kRows) + " lines");

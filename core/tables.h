@@ -110,7 +110,7 @@ struct Tables {
   ProtocolTable<std::string> ProtoFileName;     ///< begins with the path separator, written as a backslash
   ProtocolTable<std::int32_t> ProtoMaxStream;   ///< characters kept; 0 becomes 48 at first use
   ProtocolTable<std::int32_t> ProtoTerminator;  ///< character code; 0 becomes 10 at first use
-  ProtocolTable<std::int32_t> ProtoStartChar;   ///< character code, 0 = none
+  ProtocolTable<std::int32_t> ProtoStartChar;   ///< character code, 0 and -1 = none
   ProtocolTable<std::int32_t> ProtoGrossPos, ProtoGrossLen;
   ProtocolTable<Boolean> ProtoGrossEnable;
   ProtocolTable<std::int32_t> ProtoTarePos, ProtoTareLen;

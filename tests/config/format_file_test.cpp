@@ -34,6 +34,7 @@ TEST(FormatFileTest, TheStatusCountIsTheNumberOfTheFirstRowWithoutAName) {
       {"no row without a name", Repeated(kMotion, 100), -1, ", line 116: "},
       {"cut behind a whole row", kMotion, -1, ", line 17: "},
       {"a row of nothing but commas", kMotion + ",,,,,\r\n" + kMotion, 1},
+      {"a row of nothing but commas that ends the file", kMotion + ",,,,,", 1},
       {"a row of empty texts", kMotion + kMotion + kUnused + kMotion, 2},
       {"a name that was never set, though the rest was", ",\"1 / MOTION\",\"2\",\"1\",\"2\",\"X\"\r\n", 0},
       {"a hundred names and the spare row", Repeated(kMotion, 100) + kUnused, 100},
@@ -95,6 +96,14 @@ TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoa
       {"cut in a status row", kHead + kMotion.substr(0, 22),
        "62 Input past end of file: " + kPath +
            ", line 17, field 3 (ProtoStatusTable column 2): the file ends before it"},
+      {"cut in a row of nothing but commas", kHead + kMotion + ",,,,",
+       "62 Input past end of file: " + kPath +
+           ", line 18, field 5 (ProtoStatusTable column 4): the file ends before it"},
+      {"cut behind a comma of the last command", kHead.substr(0, kHead.size() - 9),
+       "62 Input past end of file: " + kPath + ", line 16, field 4 (ProtoCmdEnabled): the file ends before it"},
+      {"a start character that is none", "7,-2,13",
+       "9 Subscript out of range: " + kPath +
+           ", line 1, field 2 (ProtoStartChar): found \"-2\", possible are -1 to 255"},
       {"more rows than the table has", kHead + Repeated(kMotion, 102),
        "9 Subscript out of range: " + kPath +
            ", line 118, field 1 (ProtoStatusTable column 0): a status table has at most 101 lines"},
