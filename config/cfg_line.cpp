@@ -29,19 +29,49 @@ std::string Expand(std::string_view standard, const Tables& tables, int number) 
   return text;
 }
 
+/// A byte that continues a character of several bytes.
+bool IsInsideCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
 }  // namespace
 
 void CfgRecord::Read(CfgReader& reader, CfgLine line, Tables& tables, int number, int row) {
   for (const CfgFieldRow& field : line) {
     const CfgCell cell = field.cell(tables, number, row);
-    held_.push_back(
-        {cell, std::visit(Overloaded{
-                              [&](std::int32_t*) -> Value { return reader.Integer(field.name, field.low, field.high); },
-                              [&](Boolean*) -> Value { return reader.Truth(field.name); },
-                              [&](std::string*) -> Value { return reader.Text(field.name); },
-                          },
-                          cell)});
+    held_.push_back({cell, std::visit(Overloaded{
+                                          [&](std::int32_t*) -> Value { return Number(reader, field); },
+                                          [&](Boolean*) -> Value { return reader.Truth(field.name); },
+                                          [&](std::string*) -> Value { return Text(reader, field); },
+                                      },
+                                      cell)});
   }
+}
+
+std::int32_t CfgRecord::Number(CfgReader& reader, const CfgFieldRow& field) {
+  try {
+    return reader.Integer(field.name, field.low, field.high);
+  } catch (const RunTimeError& fault) {
+    const bool outside = fault.Number() == ErrorNumber::SubscriptOutOfRange || fault.Number() == ErrorNumber::Overflow;
+    if (field.outOfRange == OutOfRange::Refused || !outside) throw;
+    const auto standard = std::get<std::int32_t>(field.standard);
+    remarks_.push_back(fault.Description() + "; " + std::to_string(standard) + " is used");
+    return standard;
+  }
+}
+
+std::string CfgRecord::Text(CfgReader& reader, const CfgFieldRow& field) {
+  std::string text = reader.Text(field.name);
+  if (text.size() <= longestText_) return text;
+  remarks_.push_back(reader.PlaceOfField(field.name) + ": the text has " + std::to_string(text.size()) +
+                     " characters and is cut to " + std::to_string(longestText_));
+  std::size_t end = longestText_;
+  while (end > 0 && IsInsideCharacter(text[end])) --end;
+  text.resize(end);
+  return text;
+}
+
+void CfgRecord::Clear() {
+  held_.clear();
+  remarks_.clear();
 }
 
 void CfgRecord::Commit() {

@@ -20,7 +20,7 @@ void CfgStore::CfgProc(int action, int number) {
     case CfgAction::PortTrial:
       return trial_.Run(number);
     case CfgAction::ReadChannelFile:
-      return ReadChannelFile(tables_, files_, number);
+      return ReadChannelFile(tables_, files_, log_, number);
     case CfgAction::WriteChannelFile:
       trial_.Run(number);  // what it disables is written as disabled
       return WriteChannelFile(tables_, files_, number);

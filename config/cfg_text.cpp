@@ -197,12 +197,14 @@ void CfgReader::RefuseFound(int number, std::string_view name, std::string_view 
 
 std::string CfgReader::PlaceOfLine() const { return std::string(path_) + ", line " + std::to_string(textLine_); }
 
+std::string CfgReader::PlaceOfField(std::string_view name) const {
+  return PlaceOfLine() + ", field " + std::to_string(textField_) + " (" + std::string(name) + ")";
+}
+
 void CfgReader::Refuse(int number, std::string_view name, std::string_view reason) const {
   std::string description(Kind(number));
   description += ": ";
-  description += PlaceOfLine() + ", field " + std::to_string(textField_) + " (";
-  description += name;
-  description += "): ";
+  description += PlaceOfField(name) + ": ";
   description += reason;
   throw RunTimeError(number, description);
 }

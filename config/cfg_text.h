@@ -42,6 +42,8 @@ class CfgReader {
 
   /// File and line of the field read last, as faults name them.
   std::string PlaceOfLine() const;
+  /// The same with the field and its table.
+  std::string PlaceOfField(std::string_view name) const;
 
   /// Nothing is left but blanks and line ends.
   bool AtEnd();

@@ -19,6 +19,8 @@ constexpr int kLastPortSetup = kLastRowOf<&Tables::PortSettingsTable>;
 constexpr int kLastUnits = kLastRowOf<&Tables::UnitsTable>;
 constexpr int kLastDecimalPlaces = kLastRowOf<&Tables::DecimalMaskTable>;
 
+constexpr std::size_t kLongestText = 1024;
+
 constexpr CfgFieldRow kChannelLine[] = {
     {"ChanProtocol", SettingOf<&Tables::ChanProtocol>, 2, 0, kLastProtocol},
     {"ChanConnectUsing", SettingOf<&Tables::ChanConnectUsing>, 0},
@@ -63,7 +65,7 @@ std::string ChannelFilePath(const Tables& tables, int ch) {
   return PathInProgramFolder(tables, "\\Tarvex-SCALE" + DisplayNumber(ch) + ".Cfg");
 }
 
-void ReadChannelFile(Tables& tables, Files& files, int ch) {
+void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch) {
   const std::string path = ChannelFilePath(tables, ch);
   std::string content = files.OpenAndRead(path);
   if (content.empty()) {
@@ -71,12 +73,13 @@ void ReadChannelFile(Tables& tables, Files& files, int ch) {
     content = files.OpenAndRead(path);
   }
   CfgReader reader(content, path);
-  CfgRecord record;
+  CfgRecord record(kLongestText);
   do {
     record.Clear();
     record.Read(reader, kChannelLine, tables, ch);
   } while (!reader.AtEnd());
   record.Commit();
+  for (const std::string& remark : record.Remarks()) log.WriteLog(LogType::Error, remark);
 }
 
 void WriteChannelFile(Tables& tables, Files& files, int ch) {

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/log.h"
 #include "core/tables.h"
 #include "platform/files.h"
 
@@ -11,8 +12,8 @@ std::string ChannelFilePath(const Tables& tables, int ch);
 
 /// Reads the 34 settings of channel `ch`. With several lines in the file the last one holds. A missing or empty
 /// file is written with the defaults and read back. A damaged one raises as `CfgReader` tells and leaves the tables
-/// as they were.
-void ReadChannelFile(Tables& tables, Files& files, int ch);
+/// as they were. Texts longer than 1024 characters are cut, with a line of the error log.
+void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch);
 
 /// Writes them as they stand, without a trial of the port.
 void WriteChannelFile(Tables& tables, Files& files, int ch);

@@ -16,6 +16,8 @@ CfgCell CommandText(Tables& tables, int proto, int command) {
 
 CfgCell CommandEnabled(Tables& tables, int proto, int command) { return &tables.ProtoCmdEnabled[command][proto]; }
 
+constexpr int kLongestStream = 4096;
+
 /// Lines 1 to 6. The defaults are what a protocol without a file runs with.
 constexpr CfgFieldRow kHeadLines[][3] = {
     {{"ProtoReserved", SettingOf<&Tables::ProtoReserved>},
@@ -35,7 +37,7 @@ constexpr CfgFieldRow kHeadLines[][3] = {
      {"ProtoIdEnable", SettingOf<&Tables::ProtoIdEnable>, false}},
     {{"ProtoCmdStartChar", SettingOf<&Tables::ProtoCmdStartChar>},
      {"ProtoCmdTerminator", SettingOf<&Tables::ProtoCmdTerminator>},
-     {"ProtoMaxStream", SettingOf<&Tables::ProtoMaxStream>, 48}},
+     {"ProtoMaxStream", SettingOf<&Tables::ProtoMaxStream>, 48, 0, kLongestStream, OutOfRange::Replaced}},
 };
 
 /// Lines 7 to 16, one a command.
@@ -93,13 +95,13 @@ std::string DecimalsNotCarried(const CfgReader& reader, const std::string& rowNa
 /// Puts the content into the tables; a fault that leaves them filled is noted in `fault`.
 Remarks ReadFormat(Tables& tables, const std::string& content, const std::string& path, int proto,
                    std::optional<RunTimeError>& fault) {
-  Remarks remarks;
   CfgReader reader(content, path);
   CfgRecord record;
   for (CfgLine line : kHeadLines) record.Read(reader, line, tables, proto);
   for (int command = 0; command < kCommandRows; ++command) {
     record.Read(reader, kCommandLine, tables, proto, command);
   }
+  Remarks remarks = record.Remarks();
   const auto status = std::make_unique<StatusTable>(tables.ProtoStatusTable[proto]);
   status->Clear();
   std::int32_t firstUnused = -1;

@@ -8,7 +8,8 @@
 /// A missing or empty file is logged, and the protocol runs with cleared fields. A damaged or unreadable one raises
 /// as `CfgReader` tells: the fields are cleared, the rest is as it was. Its fault stands in `ProtoFault` until a load
 /// succeeds. A status table that is not ended by a row without a name is loaded, but would not be walked: that is a
-/// fault of the protocol too, though none is raised. Decimal rows that the protocol cannot carry are logged. Raises
+/// fault of the protocol too, though none is raised. Decimal rows that the protocol cannot carry are logged, and so is
+/// a Max Stream Length outside 0 to 4096, in whose place 48 is taken. Raises
 /// 53 for a protocol that has no file, 9 outside the tables.
 void LoadFormatFile(Tables& tables, Files& files, Log& log, int proto);
 

@@ -3,16 +3,19 @@
 #include <string>
 
 #include "config/cfg_line.h"
+#include "core/timer_limits.h"
 
 namespace {
 
 constexpr CfgFieldRow kSystemLine[] = {
-    {"Timer1Interval", Setting<&Tables::Timer1Interval>, 25},
-    {"Timer1Sleep", Setting<&Tables::Timer1Sleep>, 2},
-    {"TxTimerInterval", Setting<&Tables::TxTimerInterval>, 15},
-    {"TxTimerSleep", Setting<&Tables::TxTimerSleep>, 0},
-    {"GDITimerInterval", Setting<&Tables::GDITimerInterval>, 25},
-    {"GDITimerSleep", Setting<&Tables::GDITimerSleep>, 1},
+    {"Timer1Interval", Setting<&Tables::Timer1Interval>, 25, kShortestInterval, kLongestInterval, OutOfRange::Replaced},
+    {"Timer1Sleep", Setting<&Tables::Timer1Sleep>, 2, 0, kLongestPause, OutOfRange::Replaced},
+    {"TxTimerInterval", Setting<&Tables::TxTimerInterval>, 15, kShortestInterval, kLongestInterval,
+     OutOfRange::Replaced},
+    {"TxTimerSleep", Setting<&Tables::TxTimerSleep>, 0, 0, kLongestPause, OutOfRange::Replaced},
+    {"GDITimerInterval", Setting<&Tables::GDITimerInterval>, 25, kShortestInterval, kLongestInterval,
+     OutOfRange::Replaced},
+    {"GDITimerSleep", Setting<&Tables::GDITimerSleep>, 1, 0, kLongestPause, OutOfRange::Replaced},
     {"CmdStatInterlock", Setting<&Tables::CmdStatInterlock>, true},
     {"StartMinimized", Setting<&Tables::StartMinimized>, true},
 };
@@ -34,6 +37,10 @@ void ReadSystemFile(Tables& tables, Files& files, Log& log) {
   CfgRecord record;
   record.Read(reader, kSystemLine, tables);
   record.Commit();
+  if (record.Remarks().empty()) return;
+  std::string description;
+  for (const std::string& remark : record.Remarks()) description += (description.empty() ? "" : "; ") + remark;
+  throw RunTimeError(ErrorNumber::SubscriptOutOfRange, description);
 }
 
 void WriteSystemFile(Tables& tables, Files& files) {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/tables.h"
+#include "core/timer_limits.h"
 #include "platform/event_loop.h"
 
 struct Engine;
@@ -25,15 +26,14 @@ struct RateBox {
   bool read;  ///< `cmdUpdate` takes it
 };
 
-/// The pause of the TxTimer is shown and kept in the system file, but never read from its box. The limits keep a
-/// mistyped number from stopping the system: a pause holds the one thread that also serves the windows.
+/// The pause of the TxTimer is shown and kept in the system file, but never read from its box.
 inline constexpr RateBox kRateTable[kRateBoxes] = {
-    {" Rx ", "Int.", &Tables::Timer1Interval, &EventLoop::Timer1, 1, 60000, true},
-    {" Rx ", "Idle", &Tables::Timer1Sleep, nullptr, 0, 1000, true},
-    {" Tx ", "Int.", &Tables::TxTimerInterval, &EventLoop::TxTimer, 1, 60000, true},
-    {" Tx ", "Idle", &Tables::TxTimerSleep, nullptr, 0, 1000, false},
-    {" GDI ", "Int.", &Tables::GDITimerInterval, &EventLoop::GDITimer, 1, 60000, true},
-    {" GDI ", "Idle", &Tables::GDITimerSleep, nullptr, 0, 1000, true},
+    {" Rx ", "Int.", &Tables::Timer1Interval, &EventLoop::Timer1, kShortestInterval, kLongestInterval, true},
+    {" Rx ", "Idle", &Tables::Timer1Sleep, nullptr, 0, kLongestPause, true},
+    {" Tx ", "Int.", &Tables::TxTimerInterval, &EventLoop::TxTimer, kShortestInterval, kLongestInterval, true},
+    {" Tx ", "Idle", &Tables::TxTimerSleep, nullptr, 0, kLongestPause, false},
+    {" GDI ", "Int.", &Tables::GDITimerInterval, &EventLoop::GDITimer, kShortestInterval, kLongestInterval, true},
+    {" GDI ", "Idle", &Tables::GDITimerSleep, nullptr, 0, kLongestPause, true},
 };
 
 /// `cmdRefresh`: the values that the boxes start with. From now on the scan shows its measured rates.

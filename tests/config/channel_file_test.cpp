@@ -32,6 +32,22 @@ TEST(ChannelFileTest, EverySettingSurvivesLoadAndSaveAndTheLastOfSeveralLinesHol
   EXPECT_EQ(plant.File(kFile10), line);
 }
 
+TEST(ChannelFileTest, ATextThatIsTooLongIsCutBetweenTwoCharactersAndLogged) {
+  for (const auto& [text, kept] : {std::pair{std::string(1024, 'x'), 1024U},
+                                   {std::string(1025, 'x'), 1024U},
+                                   {std::string(1023, 'x') + "\xC3\xA4", 1023U}}) {
+    ConfigPlant plant;
+    plant.File(kFile10) = kDefaultsOfChannel9;
+    plant.File(kFile10).replace(plant.File(kFile10).find("SCALE 10"), 8, text);
+    ASSERT_EQ(plant.Run(CfgAction::ReadChannelFile, 9), "");
+    EXPECT_EQ(plant.tables.ChanDeviceDesc[9], text.substr(0, kept));
+    EXPECT_EQ(plant.tables.ChanTimeout[9], 50);
+    const bool told =
+        plant.LogText(LogType::Error).find("SCALE10.Cfg, line 1, field 7 (ChanDeviceDesc)") != std::string::npos;
+    EXPECT_EQ(told, text.size() > 1024);
+  }
+}
+
 TEST(ChannelFileTest, AFileCutAnywhereRaisesAndChangesNothing) {
   const std::string whole = kDefaultsOfChannel9;
   for (std::size_t size = 1; size < whole.size() - 2; ++size) {

@@ -85,6 +85,20 @@ TEST(FormatFileTest, DecimalRowsThatTheProtocolCannotCarryAreLoggedOnce) {
   }
 }
 
+TEST(FormatFileTest, AMaxStreamLengthOutsideItsLimitsIsLoggedAndTheDefaultTaken) {
+  for (const auto& [text, taken] : {std::pair{"0", 0}, {"4096", 4096}, {"4097", 48}, {"-1", 48}, {"99999999999", 48}}) {
+    ConfigPlant plant;
+    plant.File(kFile) = kHead;
+    plant.File(kFile).replace(kHead.find("1310,0"), 6, std::string("1310,") + text);
+    EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "") << text;
+    EXPECT_FALSE(plant.tables.ProtoFault[kCustom1]) << text;
+    EXPECT_EQ(plant.tables.ProtoMaxStream[kCustom1], taken) << text;
+    EXPECT_EQ(plant.tables.ProtoGrossPos[kCustom1], 5) << text;
+    const std::string log = plant.LogText(LogType::Error);
+    EXPECT_EQ(log.find(kPath + ", line 6, field 3 (ProtoMaxStream)") != std::string::npos, taken == 48) << log;
+  }
+}
+
 TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoad) {
   const struct {
     const char* rule;

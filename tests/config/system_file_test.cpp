@@ -22,4 +22,20 @@ TEST(SystemFileTest, ADamagedFileLeavesTheSettingsAndItselfAsTheyWere) {
   EXPECT_EQ(plant.File(kName), damaged);
 }
 
+TEST(SystemFileTest, NumbersThatWouldStopThePlantAreNamedInOneFaultAndTheRestOfTheFileHolds) {
+  ConfigPlant plant;
+  const std::string place = "Subscript out of range: /plant/TarvexSysSetup.Cfg, line 1, field ";
+  plant.File(kName) = "0,1000,60001,-1,60000,1001,#FALSE#,#TRUE#\r\n";
+  EXPECT_EQ(plant.Run(CfgAction::ReadSystemFile),
+            "9 " + place + "1 (Timer1Interval): found \"0\", possible are 1 to 60000; 25 is used; " + place +
+                "3 (TxTimerInterval): found \"60001\", possible are 1 to 60000; 15 is used; " + place +
+                "4 (TxTimerSleep): found \"-1\", possible are 0 to 1000; 0 is used; " + place +
+                "6 (GDITimerSleep): found \"1001\", possible are 0 to 1000; 1 is used");
+  const Tables& t = plant.tables;
+  EXPECT_EQ(t.Timer1Interval, 25);
+  EXPECT_EQ(t.Timer1Sleep, 1000);
+  EXPECT_EQ(t.GDITimerInterval, 60000);
+  EXPECT_EQ(t.CmdStatInterlock, False);
+}
+
 }  // namespace
