@@ -68,6 +68,8 @@ std::string ChannelFilePath(const Tables& tables, int ch) {
 void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch) {
   const std::string path = ChannelFilePath(tables, ch);
   std::string content = files.OpenAndRead(path);
+  const bool lost = content.empty() && tables.ChanEnabled[ch] == True;
+  tables.ChanSettingsLost[ch] = AsBoolean(lost);
   if (content.empty()) {
     RestoreChannelDefaults(tables, files, ch);
     content = files.OpenAndRead(path);
@@ -79,6 +81,10 @@ void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch) {
     record.Read(reader, kChannelLine, tables, ch);
   } while (!reader.AtEnd());
   record.Commit();
+  if (lost) {
+    log.WriteLog(LogType::Error, path + " was empty or gone: channel " + DisplayNumber(ch) +
+                                     ", which was enabled, has its default settings and is disabled now");
+  }
   for (const std::string& remark : record.Remarks()) log.WriteLog(LogType::Error, remark);
 }
 

@@ -134,7 +134,7 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
   ResetLamps(tables, ch);
   if (tables.ChanEnabled[ch] == False) {
     MarkWeightsOld(engine, ch);
-    SetCaption(tables, ch, Caption::DeviceDisabled);
+    SetCaption(tables, ch, tables.ChanSettingsLost[ch] == True ? Caption::SettingsLost : Caption::DeviceDisabled);
     StartPublishing(tables, ch);
     return;
   }

@@ -60,6 +60,7 @@ inline constexpr std::string_view Initializing = "Initializing...";
 inline constexpr std::string_view ReInitializing = "ReInitializing...";
 inline constexpr std::string_view InitializationError = "Initialization Error...";
 inline constexpr std::string_view DeviceDisabled = "Device Disabled...";
+inline constexpr std::string_view SettingsLost = "Settings Lost...";
 inline constexpr std::string_view Ready = "Ready...";
 inline constexpr std::string_view Online = "Online...";
 inline constexpr std::string_view Offline = "Offline...";
@@ -221,6 +222,8 @@ struct Tables {
   /// What is wrong with the file of a protocol; its channels are not opened, since their weights would be wrong.
   ProtocolTable<std::optional<RunTimeError>> ProtoFault;
   ChannelTable<Boolean> ChanFormatRefused;  ///< the channel was to be opened, and its protocol's fault kept it closed
+  /// The channel was enabled, and its file was found empty or gone when it was read again; until it has content.
+  ChannelTable<Boolean> ChanSettingsLost;
   /// The weight log of the channel could not be written last time; a fault is reported once until it can again.
   ChannelTable<Boolean> ChanAsciiLogFailed;
   /// Faults that have been told and still last.

@@ -13,7 +13,7 @@ constexpr CaptionTone kCaptionTones[] = {
     {Caption::Initializing, RowTone::Waiting},    {Caption::ReInitializing, RowTone::Waiting},
     {Caption::Ready, RowTone::Waiting},           {Caption::InitializationError, RowTone::Fault},
     {Caption::Offline, RowTone::Fault},           {Caption::NetworkIdError, RowTone::Fault},
-    {Caption::DeviceDisabled, RowTone::Disabled},
+    {Caption::DeviceDisabled, RowTone::Disabled}, {Caption::SettingsLost, RowTone::Fault},
 };
 
 bool IsOnline(const Tables& tables, int ch) {

@@ -37,9 +37,13 @@ TEST_F(CellsTest, ARowTellsApartWeightsThatHoldNowAndThoseThatDoNot) {
     Boolean errorLamp;
     RowTone tone;
   } cases[] = {
-      {"Online...", False, RowTone::Normal}, {"OUT OF RANGE", True, RowTone::Fault},
-      {"Offline...", False, RowTone::Fault}, {"Initialization Error...", False, RowTone::Fault},
-      {"Ready...", False, RowTone::Waiting}, {"Device Disabled...", False, RowTone::Disabled},
+      {"Online...", False, RowTone::Normal},
+      {"OUT OF RANGE", True, RowTone::Fault},
+      {"Offline...", False, RowTone::Fault},
+      {"Initialization Error...", False, RowTone::Fault},
+      {"Settings Lost...", False, RowTone::Fault},
+      {"Ready...", False, RowTone::Waiting},
+      {"Device Disabled...", False, RowTone::Disabled},
   };
   for (const auto& c : cases) {
     tables.ChanStatusText[0] = c.caption;

@@ -19,6 +19,25 @@ TEST(ChannelFileTest, AMissingOrEmptyFileIsWrittenWithTheChannelsOwnDefaults) {
   EXPECT_EQ(plant.LogText(LogType::Error), "") << "it is no fault and is not logged";
 }
 
+TEST(ChannelFileTest, AFileThatIsGoneWhenAnEnabledChannelIsReadAgainIsToldUntilItHasContent) {
+  ConfigPlant plant;
+  const std::string enabled = std::string(kDefaultsOfChannel9)
+                                  .replace(std::string(kDefaultsOfChannel9).find("Txt\",") + 5, 15, "#FALSE#,#TRUE#");
+  plant.File(kFile10) = enabled;
+  ASSERT_EQ(plant.Run(CfgAction::ReadChannelFile, 9), "");
+  plant.File(kFile10).clear();
+  ASSERT_EQ(plant.Run(CfgAction::ReadChannelFile, 9), "");
+  EXPECT_EQ(plant.tables.ChanEnabled[9], False);
+  EXPECT_EQ(plant.tables.ChanSettingsLost[9], True);
+  EXPECT_EQ(plant.LogText(LogType::Error),
+            "2026-01-02 03:04:05 @ /plant/Tarvex-SCALE10.Cfg was empty or gone: channel 10, which was enabled, has its "
+            "default settings and is disabled now\r\n");
+  plant.File(kFile10) = enabled;
+  ASSERT_EQ(plant.Run(CfgAction::ReadChannelFile, 9), "");
+  EXPECT_EQ(plant.tables.ChanSettingsLost[9], False);
+  EXPECT_EQ(plant.tables.ChanEnabled[9], True);
+}
+
 TEST(ChannelFileTest, EverySettingSurvivesLoadAndSaveAndTheLastOfSeveralLinesHolds) {
   const std::string line = R"(1,2,3,4,#TRUE#,"a, b","c  ",5,"#d","~e","f\g",")"
                            "\x80\xFF\r\n"

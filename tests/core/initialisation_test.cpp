@@ -160,6 +160,14 @@ TEST(InitialisationTest, ALogThatFailsWhileAFormatIsReadEndsTheTickAndTheNextOne
   EXPECT_TRUE(plant.configuration.journal.starts_with("10:6 ")) << plant.configuration.journal;
 }
 
+TEST(InitialisationTest, ADisabledRowSaysWhetherItsSettingsWereLost) {
+  ColdPlant plant;
+  plant.configuration.onRead = [&](int, int) { plant.tables.ChanSettingsLost[1] = True; };
+  Timer1Tick(plant.cold);
+  EXPECT_EQ(plant.tables.ChanStatusText[0], "Device Disabled...");
+  EXPECT_EQ(plant.tables.ChanStatusText[1], "Settings Lost...");
+}
+
 TEST(InitialisationTest, AChannelIsOpenedAgainFromTheTablesWhenItsSetupAsksForIt) {
   ColdPlant plant;
   Timer1Tick(plant.cold);
