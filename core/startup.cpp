@@ -43,18 +43,20 @@ bool Refuse(Engine& engine, std::string_view logText, std::string_view boxText) 
   return false;
 }
 
-/// A damaged system file leaves the settings as they were, at first the defaults. The file is read several times
-/// on the way up: it is the caller that decides where a fault is told, so that it is told once.
+/// A damaged system file leaves the settings as they were, at first the defaults. The file is read several times on
+/// the way up: each fault is told once, until the file has been found good.
 void ReadSystemFile(Engine& engine) {
-  ReportFault(engine, [&] { engine.configuration.CfgProc(CfgAction::ReadSystemFile, 0); });
-}
-
-void ReadSystemFileAgain(Engine& engine) {
-  try {
-    engine.configuration.CfgProc(CfgAction::ReadSystemFile, 0);
-  } catch (const RunTimeError&) {
-    // told when the start-up form read it
-  }
+  ReportFault(engine, [&] {
+    std::string& told = engine.tables.SystemFileFault;
+    try {
+      engine.configuration.CfgProc(CfgAction::ReadSystemFile, 0);
+      told.clear();
+    } catch (const RunTimeError& fault) {
+      if (told == fault.Description()) return;
+      told = fault.Description();
+      throw;
+    }
+  });
 }
 
 }  // namespace
@@ -122,7 +124,8 @@ void LaunchMainScreen(Engine& engine) {
   engine.tables.Stopped = False;
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
-  ReadSystemFileAgain(engine);
+  ReadSystemFile(engine);
+  if (engine.tables.Stopped == True) return;  // ended while a box stood
   engine.mainForm.Show();
 }
 
@@ -133,7 +136,8 @@ void LoadMainForm(Engine& engine) {
   if (engine.tables.Stopped == True) return;  // stopped as soon as the window was seen
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
-  ReadSystemFileAgain(engine);
+  ReadSystemFile(engine);
+  if (engine.tables.Stopped == True) return;
   InitializeInterface(engine);
   engine.mainForm.BusyPointer(false);
 }

@@ -59,4 +59,27 @@ TEST(StartupTest, ASecondCopyAndATooNarrowDisplayAreRefusedWithALogLineAndABox) 
   }
 }
 
+TEST(StartupTest, EachDamageOfTheSystemFileIsToldOnceUntilTheFileIsGoodAgain) {
+  TestPlant plant;
+  const std::string good = "25,2,15,0,25,1,#TRUE#,#FALSE#", first = "25,x", second = "25,2,y";
+  std::size_t told = 0;
+  for (const auto& [content, isTold] :
+       {std::pair{first, true}, {first, false}, {second, true}, {good, false}, {second, true}}) {
+    plant.files.content["/plant/TarvexSysSetup.Cfg"] = content;
+    if (told == 0) LoadStartupForm(plant.engine);
+    LaunchMainScreen(plant.engine);
+    LoadMainForm(plant.engine);
+    told += isTold ? 1 : 0;
+    EXPECT_EQ(plant.notice.boxes.size(), told) << content;
+  }
+}
+
+TEST(StartupTest, AnEndWhileTheDamageOfTheSystemFileIsToldStartsNothing) {
+  TestPlant plant;
+  plant.files.content["/plant/TarvexSysSetup.Cfg"] = "25,x";
+  plant.notice.onBox = [&](const MemoryNotice::Box&) { plant.tables.Stopped = True; };
+  LoadMainForm(plant.engine);
+  EXPECT_FALSE(plant.events.timer1.enabled);
+}
+
 }  // namespace
