@@ -125,7 +125,6 @@ void LaunchMainScreen(Engine& engine) {
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
   ReadSystemFile(engine);
-  if (engine.tables.Stopped == True) return;  // ended while a box stood
   engine.mainForm.Show();
 }
 
@@ -137,7 +136,6 @@ void LoadMainForm(Engine& engine) {
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
   ReadSystemFile(engine);
-  if (engine.tables.Stopped == True) return;
   InitializeInterface(engine);
   engine.mainForm.BusyPointer(false);
 }

@@ -213,7 +213,7 @@ struct Tables {
   std::int32_t SelectedChannel = 0, DetailChannel = 0;
   std::int64_t StreamsDecoded = 0;  ///< of all channels, since the program started
   std::int32_t DebugCommands = 0, DebugOpcUpdates = 0, DebugOpcSkipped = 0;  ///< counted in debug mode only
-  std::string ProgramFolder;  ///< where the .Cfg and log files lie, without a separator at its end
+  std::string ProgramFolder;    ///< where the .Cfg and log files lie, without a separator at its end
   std::string SystemFileFault;  ///< the one told last, empty since the file has been found good
 
   /// How far the first initialisation has come: what is read or opened next. A fault ends its tick, and the

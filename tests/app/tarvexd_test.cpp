@@ -98,7 +98,7 @@ TEST_F(TarvexdTest, AFaultOfOneChannelIsToldAndTheOthersRun) {
   AddChannel(3, folder / "nothing", "Nothing there");
   AddChannel(4, otherScale.Path(), "Held by another");
   std::ofstream(folder / "Tarvex-SCALE5.Cfg") << "2,0,notaport\r\n";
-  std::ofstream(folder / "Tarvex-Ports.Cfg", std::ios::app) << "five,\"/dev/null\"\r\n";
+  std::ofstream(folder / "Tarvex-Ports.Cfg", std::ios::app) << "5,\"/dev/null\r\n";
 
   RunningProgram program(folder.Path());
   ASSERT_TRUE(SendUntil(scale, [&] { return ShowsWeight(program, "Truck scale"); })) << program.Errors();
