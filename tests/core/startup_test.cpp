@@ -74,12 +74,4 @@ TEST(StartupTest, EachDamageOfTheSystemFileIsToldOnceUntilTheFileIsGoodAgain) {
   }
 }
 
-TEST(StartupTest, AnEndWhileTheDamageOfTheSystemFileIsToldStartsNothing) {
-  TestPlant plant;
-  plant.files.content["/plant/TarvexSysSetup.Cfg"] = "25,x";
-  plant.notice.onBox = [&](const MemoryNotice::Box&) { plant.tables.Stopped = True; };
-  LoadMainForm(plant.engine);
-  EXPECT_FALSE(plant.events.timer1.enabled);
-}
-
 }  // namespace
