@@ -46,12 +46,19 @@ class FolderInTheMaking {
   fs::path path_;
 };
 
-void CopyFormats(const fs::path& from, const fs::path& to) {
+constexpr const char* kFilling = "filled with the shipped formats";
+
+/// A fault is told of the folder that `to` is going to be, unless it is the shipped file that cannot be read.
+void CopyFormats(const fs::path& from, const fs::path& to, const std::string& folder) {
   for (const fs::directory_entry& entry : fs::directory_iterator(from)) {
     if (entry.path().extension() != ".Cfg") continue;
     const fs::path copy = to / entry.path().filename();
-    fs::copy_file(entry.path(), copy);
-    fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add);  // an installed file may be read-only
+    std::error_code error;
+    fs::copy_file(entry.path(), copy, error);
+    if (error && access(entry.path().c_str(), R_OK) != 0) RaiseFileFault(entry.path().string(), "read", error.value());
+    // an installed file may be read-only
+    if (!error) fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add, error);
+    if (error) RaiseFileFault(folder, kFilling, error.value());
   }
 }
 
@@ -69,9 +76,12 @@ void PrepareProgramFolder(const std::string& folder, const std::string& shippedF
     if (fs::exists(fs::symlink_status(folder))) RaiseFileFault(folder, "used as the program's folder", ENOTDIR);
     fs::create_directories(fs::path(folder).parent_path());
     const FolderInTheMaking making(folder + ".new-" + std::to_string(getpid()));
-    fs::create_directory(making.Path());
-    CopyFormats(shippedFormatsFolder, making.Path());
-    fs::rename(making.Path(), folder);
+    std::error_code error;
+    fs::create_directory(making.Path(), error);
+    if (error) RaiseFileFault(folder, "created", error.value());
+    CopyFormats(shippedFormatsFolder, making.Path(), folder);
+    fs::rename(making.Path(), folder, error);
+    if (error) RaiseFileFault(folder, "created", error.value());
   } catch (const fs::filesystem_error& fault) {
     RaiseFileFault(fault.path1().string(), "used to set up the program's folder", fault.code().value());
   }

@@ -7,5 +7,6 @@
 std::string ProgramFolder();
 
 /// Creates the folder with copies of the .Cfg files of `shippedFormatsFolder`, whole or not at all. A folder that
-/// exists is left as it is. Raises 53, 61, 70, 75 or 57 and names the file or folder.
+/// exists is left as it is. Raises 53, 61, 70, 75 or 57 and names the folder that cannot take the
+/// copies, or what cannot be read.
 void PrepareProgramFolder(const std::string& folder, const std::string& shippedFormatsFolder);

@@ -1,10 +1,8 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -35,26 +33,6 @@ class FilesOnDisk : public testing::Test {
       EXPECT_LE(found, count) << "left over: " << entry.path();
     }
   }
-};
-
-/// As long as it lives, no file of this process grows beyond `bytes`: the disk is full.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, SIG_DFL);
-  }
-
- private:
-  rlimit before_{};
 };
 
 }  // namespace

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
+#include <csignal>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -43,3 +45,23 @@ class OtherProcess {
 
 /// Error number that `step` raises, 0 for none.
 int FaultNumber(const std::function<void()>& step);
+
+/// As long as it lives, no file of this process grows beyond `bytes`: the disk is full.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, SIG_DFL);
+  }
+
+ private:
+  rlimit before_{};
+};

@@ -23,6 +23,16 @@ TEST(OperatingSystem, TheFirstStartCopiesTheShippedFormatsAndLaterOnesNothing) {
   EXPECT_EQ(FaultNumber([&] { PrepareProgramFolder(home, base / "absent"); }), ErrorNumber::FileNotFound);
   EXPECT_FALSE(fs::exists(home)) << "a folder without its formats would never be filled";
 
+  try {
+    const FullDisk full(3);
+    PrepareProgramFolder(home, shipped);
+    FAIL();
+  } catch (const RunTimeError& fault) {
+    EXPECT_EQ(fault.Number(), ErrorNumber::DiskFull);
+    EXPECT_EQ(fault.Description().find(home), 0U) << fault.Description() << " is not the shipped file's fault";
+  }
+  EXPECT_TRUE(fs::is_empty(base / "a/b"));
+
   PrepareProgramFolder(home, shipped);
   EXPECT_EQ(fs::file_size(home + "/Tarvex-Std-OVStdFmt.Cfg"), 6u);
   EXPECT_NE(fs::status(home + "/Tarvex-Std-OVStdFmt.Cfg").permissions() & fs::perms::owner_write, fs::perms::none);
