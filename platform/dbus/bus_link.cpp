@@ -13,9 +13,17 @@
 namespace {
 
 constexpr std::chrono::seconds kRetry{2};
-/// A client that floods the bus gets this many calls served before the timers have their turn.
+/// A round of messages ends with the one that reaches one of these, and the timers have their turn. sd-bus tells the
+/// size of no message, so bytes are bounded by the time they take: at worst that of one message more, as large as
+/// the bus lets a client make it, which is read to its end before it can be refused.
+constexpr std::chrono::milliseconds kRound{5};
 constexpr int kMessagesARound = 32;
+/// Messages that may wait for the bus to take them, give or take the few of one call. sd-bus counts messages, not
+/// bytes; but none of ours is above 30 kB, the seven items of a topic with 1024 characters of 4 bytes each, because
+/// texts (`kLongestText`) and names (`kLongestName`) are limited. So no more than 8 MB wait.
 constexpr std::uint64_t kMostWaiting = 256;
+/// Most bytes of a name that D-Bus knows, and far more than a path of ours has.
+constexpr std::size_t kLongestName = 255;
 constexpr std::uint64_t kNever = UINT64_MAX;
 
 /// Time from now to a time of the monotonic clock in microseconds, rounded up.
@@ -24,6 +32,11 @@ std::chrono::milliseconds Until(std::uint64_t microseconds) {
   const auto now = duration_cast<std::chrono::microseconds>(steady_clock::now().time_since_epoch());
   const auto left = std::chrono::microseconds(static_cast<std::int64_t>(microseconds)) - now;
   return std::max(ceil<milliseconds>(left), milliseconds::zero());
+}
+
+bool TakesBytes(int descriptor) {
+  pollfd socket{descriptor, POLLOUT, 0};
+  return poll(&socket, 1, 0) > 0;
 }
 
 }  // namespace
@@ -60,6 +73,8 @@ bool BusLink::Congested() {
   return congested_;
 }
 
+bool BusLink::HoldsCallsBack() { return sd_bus_is_ready(bus_.get()) > 0 && Congested(); }
+
 void BusLink::Sent() {
   std::uint64_t waiting = 0;
   if (bus_ && sd_bus_get_n_queued_write(bus_.get(), &waiting) >= 0 && waiting > 0) writable_.setEnabled(true);
@@ -77,6 +92,8 @@ int BusLink::Open() {
   if (result < 0) return result;
   bus_.reset(bus);
   congested_ = flushRequested_ = false;
+  result = sd_bus_add_filter(bus, nullptr, RefuseLongNames, nullptr);
+  if (result < 0) return result;
   result = hooks_.connected(bus);
   if (result < 0) return result;
   result = sd_bus_match_signal_async(bus, nullptr, "org.freedesktop.DBus", "/org/freedesktop/DBus",
@@ -94,10 +111,13 @@ void BusLink::Lose(int error) {
 }
 
 void BusLink::Process() {
+  const auto end = std::chrono::steady_clock::now() + kRound;
   for (int message = 0; message < kMessagesARound; ++message) {
+    // sd-bus writes first, and takes a call only if it could write nothing.
+    if (HoldsCallsBack() && !TakesBytes(sd_bus_get_fd(bus_.get()))) break;
     const int result = sd_bus_process(bus_.get(), nullptr);
     if (result < 0) return Lose(result);
-    if (result == 0) break;
+    if (result == 0 || std::chrono::steady_clock::now() >= end) break;
   }
   if (flushRequested_ && !Congested()) {
     flushRequested_ = false;
@@ -110,12 +130,15 @@ void BusLink::Rearm() {
   const int descriptor = sd_bus_get_fd(bus_.get());
   const int events = sd_bus_get_events(bus_.get());
   if (descriptor < 0 || events < 0) return Lose(std::min(descriptor, events));
+  // While calls are held back only the bus taking bytes is of interest. Calls that sd-bus has read already would
+  // make its time-out zero, and the loop busy; that time-out serves them once they are no longer held back.
+  const bool held = HoldsCallsBack();
   for (auto [notifier, event] : {std::pair{&readable_, POLLIN}, std::pair{&writable_, POLLOUT}}) {
     if (notifier->socket() != descriptor) notifier->setSocket(descriptor);
-    notifier->setEnabled((events & event) != 0);
+    notifier->setEnabled((events & event) != 0 && !(held && event == POLLIN));
   }
   std::uint64_t due = kNever;
-  if (sd_bus_get_timeout(bus_.get(), &due) >= 0 && due != kNever) {
+  if (!held && sd_bus_get_timeout(bus_.get(), &due) >= 0 && due != kNever) {
     due_.start(Until(due));
   } else {
     due_.stop();
@@ -126,6 +149,23 @@ void BusLink::Enter(State state, const std::string& text) {
   if (state_ == state) return;
   state_ = state;
   hooks_.log(text);
+}
+
+int BusLink::RefuseLongNames(sd_bus_message* call, void*, sd_bus_error* error) {
+  if (sd_bus_message_is_method_call(call, nullptr, nullptr) <= 0) return 0;
+  bool tooLong = std::strlen(sd_bus_message_get_path(call)) > kLongestName;
+  // The names of an interface and a property come first in a call that has any.
+  for (int argument = 0; argument < 2; ++argument) {
+    char type = 0;
+    const char* name = nullptr;
+    if (sd_bus_message_peek_type(call, &type, nullptr) <= 0 || type != 's') break;
+    if (sd_bus_message_read_basic(call, 's', &name) <= 0) break;
+    tooLong = tooLong || std::strlen(name) > kLongestName;
+  }
+  sd_bus_message_rewind(call, 1);
+  if (!tooLong) return 0;
+  return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "A path or name in the call is longer than %zu bytes",
+                           kLongestName);
 }
 
 int BusLink::OnNameAnswer(sd_bus_message* answer, void* link, sd_bus_error*) {

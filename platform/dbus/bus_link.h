@@ -9,7 +9,9 @@
 #include <string>
 
 /// The system's connection to the session bus, as the owner of a well-known name. It lives in the program's event
-/// loop and never waits: a bus that is missing, hangs or goes away costs a try every two seconds and no more.
+/// loop and never waits: a bus that is missing, hangs or goes away costs a try every two seconds and no more. What
+/// waits to be sent is bounded, answers included: beyond the bound no further calls are taken until the bus has
+/// taken all of it.
 class BusLink {
  public:
   /// What the link asks of its owner.
@@ -52,10 +54,16 @@ class BusLink {
   void Close();
   void Lose(int error);
   void Process();
+  /// True while so much waits to be sent that no further calls are taken. Never before the connection is set up or
+  /// after it has failed, when there is something to be read that is no call.
+  bool HoldsCallsBack();
   /// Has the event loop call `Process` when the connection next has something to do.
   void Rearm();
   void Enter(State state, const std::string& text);
 
+  /// Answers a call with names so long that no object of ours can be meant. sd-bus would quote them in its answer,
+  /// however long they are, and look for every part of a path.
+  static int RefuseLongNames(sd_bus_message* call, void* nothing, sd_bus_error* error);
   static int OnNameAnswer(sd_bus_message* answer, void* link, sd_bus_error* error);
   static int OnNameAcquired(sd_bus_message* signal, void* link, sd_bus_error* error);
 

@@ -3,6 +3,8 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <type_traits>
+#include <utility>
 
 #include "platform/dbus/bus_text.h"
 
@@ -20,27 +22,39 @@ int Append(sd_bus_message* reply, std::int32_t number) { return sd_bus_message_a
 int Append(sd_bus_message* reply, std::int16_t number) { return sd_bus_message_append_basic(reply, 'n', &number); }
 int Append(sd_bus_message* reply, double number) { return sd_bus_message_append_basic(reply, 'd', &number); }
 
-int Read(sd_bus_message* value, std::string& text) {
-  const char* sent = nullptr;
-  const int result = sd_bus_message_read_basic(value, 's', &sent);
-  if (result > 0) text = sent;
-  return result;
+int Read(sd_bus_message* value, const char* property, std::string& text, sd_bus_error* error) {
+  return ReadText(value, property, text, error);
 }
-int Read(sd_bus_message* value, std::int32_t& number) { return sd_bus_message_read_basic(value, 'i', &number); }
-int Read(sd_bus_message* value, std::int16_t& number) { return sd_bus_message_read_basic(value, 'n', &number); }
-int Read(sd_bus_message* value, double& number) { return sd_bus_message_read_basic(value, 'd', &number); }
+template <typename Number>
+int Read(sd_bus_message* value, const char*, Number& number, sd_bus_error*) {
+  constexpr char type = std::is_same_v<Number, double> ? 'd' : std::is_same_v<Number, std::int32_t> ? 'i' : 'n';
+  return sd_bus_message_read_basic(value, type, &number);
+}
 
 template <auto Field>
 int Get(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void* face, sd_bus_error* error) {
   return AnswerFaults(error, [&] { return Append(reply, static_cast<DeviceFace*>(face)->Object().*Field); });
 }
 
+int RefuseCode(sd_bus_error* error) {
+  return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS,
+                           "CCmd takes codes up to %d: the answer to a higher one could not be told in CCmdStat",
+                           kLargestCommandCode);
+}
+
 template <auto Field, unsigned Bit>
-int Set(sd_bus*, const char*, const char*, const char*, sd_bus_message* value, void* face, sd_bus_error* error) {
+int Set(sd_bus*, const char*, const char*, const char* property, sd_bus_message* sent, void* face,
+        sd_bus_error* error) {
   return AnswerFaults(error, [&] {
     auto& self = *static_cast<DeviceFace*>(face);
-    const int result = Read(value, self.Object().*Field);
-    if (result > 0) self.MarkForLater(Bit);
+    std::remove_reference_t<decltype(self.Object().*Field)> value{};
+    const int result = Read(sent, property, value, error);
+    if (result <= 0) return result;
+    if constexpr (Bit == DeviceField::Cmd) {
+      if (value > kLargestCommandCode) return RefuseCode(error);
+    }
+    self.Object().*Field = std::move(value);
+    self.MarkForLater(Bit);
     return result;
   });
 }
@@ -58,7 +72,7 @@ constexpr sd_bus_vtable Property(const char* type) {
                                   SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE);
 }
 
-// The bus refuses a value of another type before it gets here; nothing is stored then.
+// A value of another type is refused before it gets here; nothing is stored then.
 constexpr sd_bus_vtable kDevice[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("CDoUpdate", nullptr, nullptr, DoUpdate, 0),

@@ -27,8 +27,8 @@ int Request(sd_bus*, const char*, const char*, const char* property, sd_bus_mess
 int Poke(sd_bus*, const char*, const char*, const char* property, sd_bus_message* value, void* face,
          sd_bus_error* error) {
   return AnswerFaults(error, [&] {
-    const char* text = nullptr;
-    const int result = sd_bus_message_read_basic(value, 's', &text);
+    std::string text;
+    const int result = ReadText(value, property, text, error);
     if (result > 0) static_cast<TopicFace*>(face)->Poke(ItemOf(property), text);
     return result;
   });

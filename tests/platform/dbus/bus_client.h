@@ -42,6 +42,16 @@ class BusClient {
               Arguments... arguments) {
     return Wait(Message(path, interface, member, types, arguments...));
   }
+  /// Sends a call and takes no interest in its answer.
+  void Post(const std::string& path, const char* interface, const char* member) {
+    std::uint64_t cookie = 0;
+    sd_bus_send(bus_, Message(path, interface, member, "").get(), &cookie);
+  }
+  /// Returns when the bus has handed on all that was sent.
+  void WaitForBus() {
+    sd_bus_call_method(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId", nullptr,
+                       nullptr, "");
+  }
   template <typename Value>
   Answer Set(const std::string& path, const char* property, const char* type, Value value) {
     return Call(path, "org.freedesktop.DBus.Properties", "Set", "ssv", InterfaceOf(path), property, type, value);

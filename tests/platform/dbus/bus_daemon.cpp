@@ -42,6 +42,10 @@ void BusDaemon::Start(const std::string& serviceFolder) {
   if (!process_.waitForReadyRead(10'000)) throw std::runtime_error("dbus-daemon does not start");
 }
 
+void BusDaemon::Hang() { kill(static_cast<pid_t>(process_.processId()), SIGSTOP); }
+
+void BusDaemon::GoOn() { kill(static_cast<pid_t>(process_.processId()), SIGCONT); }
+
 void BusDaemon::Kill() {
   process_.kill();
   process_.waitForFinished();

@@ -15,6 +15,9 @@ class BusDaemon {
   /// Returns when clients can connect. `serviceFolder` is where the bus finds activation files, if any.
   void Start(const std::string& serviceFolder = {});
   void Kill();
+  /// Stops the bus in its tracks: its sockets stay and take what their buffers hold.
+  void Hang();
+  void GoOn();
 
   const std::string& Folder() const { return folder_; }
 

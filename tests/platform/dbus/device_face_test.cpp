@@ -47,11 +47,46 @@ TEST_F(DeviceFaceTest, EveryFieldKeepsWhatAClientWritesAndRefusesAnotherType) {
   EXPECT_EQ(device.CDeviceDesc, "-12");
 }
 
+TEST_F(DeviceFaceTest, AValueBeyondItsLimitIsRefusedWithAReasonAndNothingIsStored) {
+  BusClient client;
+  const auto refused = [](const BusClient::Answer& answer, std::string_view field, std::string_view limit) {
+    if (answer.error != "org.freedesktop.DBus.Error.InvalidArgs") return false;
+    const std::string_view reason = sd_bus_message_get_error(answer.message.get())->message;
+    return reason.find(field) != reason.npos && reason.find(limit) != reason.npos && reason.size() < 200;
+  };
+  const std::string longest = std::string(1020, 'x') + "\u00e4\u20ac\U0001F600\u00df";  // 2, 3, 4 and 2 bytes
+  for (const auto& [path, property] : {std::pair{kSpare, "CDeviceDesc"},
+                                       {kTopic, "Gross"},
+                                       {kTopic, "Tare"},
+                                       {kTopic, "Net"},
+                                       {kTopic, "ScaleStat"},
+                                       {kTopic, "Cmd"},
+                                       {kTopic, "CmdParm"},
+                                       {kTopic, "CmdStat"}}) {
+    EXPECT_EQ(client.Set(path, property, "s", longest.c_str()).error, "") << property;
+    const auto answer = client.Set(path, property, "s", ("-" + longest).c_str());
+    EXPECT_TRUE(refused(answer, property, "1024 characters")) << property;
+    EXPECT_EQ(client.Text(path, property), longest) << property;
+  }
+  plant_.manager.Publishing().Devices().Objects().At(32)->CDeviceDesc = longest + "from a file";
+  EXPECT_EQ(client.Text(kSpare, "CDeviceDesc"), longest);
+  for (const int code : {-32768, -1, 31767}) {
+    EXPECT_EQ(client.Set(kSpare, "CCmd", "n", code).error, "");
+    for (const int high : {31768, 32767}) EXPECT_TRUE(refused(client.Set(kSpare, "CCmd", "n", high), "CCmd", "31767"));
+    EXPECT_EQ(client.Word(kSpare, "CCmd"), code);
+  }
+  const std::string name(100'000, 'x'), path = "/" + name.substr(0, 20'000);
+  const char* const properties = "org.freedesktop.DBus.Properties";
+  EXPECT_TRUE(refused(client.Call(kSpare, properties, "GetAll", "s", name.c_str()), "name", "255"));
+  EXPECT_TRUE(refused(client.Call(kSpare, properties, "Get", "ss", "org.tarvex.Device", name.c_str()), "name", "255"));
+  EXPECT_TRUE(refused(client.Call(path, "org.freedesktop.DBus.Peer", "Ping"), "path", "255"));
+}
+
 TEST_F(DeviceFaceTest, AVisitAnnouncesOnceAllFieldsThatItWroteAndASteadyWeightNothing) {
   BusClient client;
   client.Listen();
   plant_.Tick(0, "  12.50\r");
-  const std::string all = "CCmd CCmdParm CCmdStat CGross CTare CNet CScaleStat";
+  const std::string all = "CGross CTare CNet CScaleStat";  // a command state that has not changed is not written
   EXPECT_EQ(Heard(client), (Signals{{kScale, all}, {kScale, "CUpdate"}}));
   plant_.Tick(0, "  13.00\r");
   EXPECT_EQ(Heard(client), (Signals{{kScale, "CGross"}}));
