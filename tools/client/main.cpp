@@ -175,7 +175,7 @@ int Sent(int code) {
 }
 
 int Refused(int channel, int code) {
-  std::printf("Refused: the protocol of channel %d has no command %d.\n", channel, code);
+  std::printf("Refused: the protocol of channel %d has no command %d, or its line is gone.\n", channel, code);
   return kRefused;
 }
 

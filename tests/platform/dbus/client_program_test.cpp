@@ -36,7 +36,7 @@ TEST_F(ClientProgramTest, SendTellsByItsExitStatusWhatBecameOfTheCommand) {
   for (const Case& command :
        {Case{"send 1 3 12.5", 0, "Command 3 was sent to the device."},
         Case{"send 1 3", 0, "Command 3 was sent to the device."},
-        Case{"send 1 5", 1, "Refused: the protocol of channel 1 has no command 5."},
+        Case{"send 1 5", 1, "Refused: the protocol of channel 1 has no command 5, or its line is gone."},
         Case{"send 1 4 --wait 0.1", 2, "No answer: command 4 was not taken up in time"},
         Case{"send 1 31768", 64, "CODE is"}, Case{"send 1 3 heavy", 64, "PARM is"}, Case{"send 33 3", 64, "CHANNEL is"},
         Case{"send 1 3 --wait x", 64, "need a number"}, Case{"--help", 0, "usage:"}, Case{"", 64, "usage:"}}) {
