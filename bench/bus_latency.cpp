@@ -35,13 +35,14 @@ constexpr int kMostStreams = 1'000'000;   // six digits
 /// When each stream was sent, by its weight; shared by the process that sends and the one that listens.
 using SendTimes = std::array<std::int64_t, kMostStreams>;
 
-[[noreturn]] void SendStreams(const PtyPlant& plant, SendTimes& sent, int streams, int scales) {
+/// The scales before `first` send nothing.
+[[noreturn]] void SendStreams(const PtyPlant& plant, SendTimes& sent, int streams, int first) {
   std::int64_t due = Now();
   for (int stream = 0; stream < streams; ++stream) {
     const timespec at{due / kSecond, due % kSecond};
     clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &at, nullptr);
     sent[static_cast<std::size_t>(stream)] = Now();
-    if (stream % PtyPlant::kScales < scales) plant.Send(stream % PtyPlant::kScales, stream);
+    if (stream % PtyPlant::kScales >= first) plant.Send(stream % PtyPlant::kScales, stream);
     due += kSecond / kStreamsASecond;
   }
   for (;;) pause();
@@ -124,7 +125,7 @@ struct Result {
 Result Measure(const Case& setting, PtyPlant::Injury injury, int seconds, SendTimes& sent) {
   const PtyPlant plant(setting.interval, setting.sleep, injury);
   const bool injured = injury != PtyPlant::Injury::None;
-  const int scalesThatSend = PtyPlant::kScales - (injured ? 1 : 0);
+  const int firstThatSends = injured ? PtyPlant::kInjured + 1 : 0;
   BusDaemon daemon;
   daemon.Start();
   const Child manager([&] {
@@ -139,7 +140,7 @@ Result Measure(const Case& setting, PtyPlant::Injury injury, int seconds, SendTi
   const double idle = Percent(manager.CpuTime() - cpu, Now() - begin);
 
   const int streams = kWarmUp + seconds * kStreamsASecond;
-  const Child scales([&] { SendStreams(plant, sent, streams, scalesThatSend); });
+  const Child scales([&] { SendStreams(plant, sent, streams, firstThatSends); });
   std::optional<Child> injuredScale;
   if (injured) injuredScale.emplace([&] { plant.SendOfInjured(injury); });
   listener.ListenUntil(Now() + kSecond);
@@ -154,7 +155,7 @@ Result Measure(const Case& setting, PtyPlant::Injury injury, int seconds, SendTi
   const auto part = [&](double share) {
     return latencies[static_cast<std::size_t>(std::floor(share * static_cast<double>(latencies.size() - 1)))];
   };
-  const int expected = (streams - kWarmUp) / PtyPlant::kScales * scalesThatSend;
+  const int expected = (streams - kWarmUp) / PtyPlant::kScales * (PtyPlant::kScales - firstThatSends);
   constexpr const char* kInjuries[] = {"none", "faults", "babbles"};
   std::printf("%8d %6d %8s %8zu %6zd %8.2f %8.2f %8.2f %8.1f %8.1f\n", setting.interval, setting.sleep,
               kInjuries[static_cast<int>(injury)], latencies.size(),

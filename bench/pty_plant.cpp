@@ -50,7 +50,7 @@ std::map<std::string, std::string> SettingsFiles(const std::string& folder, int 
   for (const int proto : {kProtocol, kFaultyProtocol}) SaveFormatFile(tables, plant.files, proto);
   for (int ch = 0; ch < PtyPlant::kScales; ++ch) {
     RestoreChannelDefaults(tables, plant.files, ch);
-    const bool faulty = injury == PtyPlant::Injury::Faults && ch == PtyPlant::kScales - 1;
+    const bool faulty = injury == PtyPlant::Injury::Faults && ch == PtyPlant::kInjured;
     tables.ChanProtocol[ch] = faulty ? kFaultyProtocol : kProtocol;
     tables.ChanPort[ch] = ch;
     tables.ChanEnabled[ch] = True;
@@ -89,10 +89,10 @@ void PtyPlant::Send(int scale, int weight) const {
 }
 
 void PtyPlant::SendOfInjured(Injury injury) const {
-  const int line = scales_.back();
+  const int line = scales_[kInjured];
   const std::string noise(64, '7');
   for (;;) {
-    if (injury == Injury::Faults) Send(kScales - 1, 1250);
+    if (injury == Injury::Faults) Send(kInjured, 1250);
     if (injury == Injury::Babbles && write(line, noise.data(), noise.size()) < 0) std::perror("a scale cannot babble");
     usleep(1000);
   }

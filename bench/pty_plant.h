@@ -9,8 +9,9 @@
 class PtyPlant {
  public:
   static constexpr int kScales = 32;
+  static constexpr int kInjured = 0;  ///< the scale that an injury befalls: all others stand behind it
 
-  /// What is wrong with the last scale.
+  /// What is wrong with one of the scales.
   enum class Injury {
     None,
     Faults,   ///< its format cannot format its weights: each of its streams ends a tick with a fault

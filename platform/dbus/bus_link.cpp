@@ -34,6 +34,7 @@ std::chrono::milliseconds Until(std::uint64_t microseconds) {
   return std::max(ceil<milliseconds>(left), milliseconds::zero());
 }
 
+/// True as well for a bus that is gone: writing tells.
 bool TakesBytes(int descriptor) {
   pollfd socket{descriptor, POLLOUT, 0};
   return poll(&socket, 1, 0) > 0;
@@ -113,7 +114,7 @@ void BusLink::Lose(int error) {
 void BusLink::Process() {
   const auto end = std::chrono::steady_clock::now() + kRound;
   for (int message = 0; message < kMessagesARound; ++message) {
-    // sd-bus writes first, and takes a call only if it could write nothing.
+    // sd-bus writes first, and takes a call only if it could write no message to its end.
     if (HoldsCallsBack() && !TakesBytes(sd_bus_get_fd(bus_.get()))) break;
     const int result = sd_bus_process(bus_.get(), nullptr);
     if (result < 0) return Lose(result);
