@@ -40,7 +40,6 @@ constexpr PortFault kPortFaults[] = {
      "The COM: port you have selected is already in use..."},
 };
 
-constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error";
 const std::string kCriticalError = "Critical Error: ";
 
 std::string ChannelPrefix(int ch) { return "Channel: " + DisplayNumber(ch); }

@@ -8,6 +8,9 @@
 struct Engine;
 struct Tables;
 
+/// Caption of the box about a critical fault.
+inline constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error";
+
 /// The one trap of the tick. Switches the lamps of `ch` and goes by the error number: database faults show a
 /// caption and a log line, a port that is invalid or in use disables the channel, anything else is critical and
 /// is logged, spoken and shown in a box, once while it lasts. A channel whose stream could not be taken whole shows
@@ -29,6 +32,17 @@ void ResumeNextOnClosedPort(Tables& tables, int ch, const Step& step) {
   } catch (const RunTimeError& fault) {
     if (fault.Number() != ErrorNumber::SerialPortNotOpen) throw;
     TakeClosedPort(tables, ch);
+  }
+}
+
+/// Runs `step`; a fault of it is left aside, because the work has to go on: in closing, or when the fault that matters
+/// has been told.
+template <typename Step>
+void GoOnAfterFault(const Step& step) {
+  try {
+    step();
+  } catch (const RunTimeError&) {
+    // see above
   }
 }
 

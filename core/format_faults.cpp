@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error";
-
 void LogError(Engine& engine, const std::string& text) {
   ReportFault(engine, [&] { engine.log.WriteLog(LogType::Error, text); });
 }

@@ -5,21 +5,13 @@
 
 #include "core/channel_state.h"
 #include "core/engine.h"
+#include "core/error_trap.h"
 #include "core/lamps.h"
 
 namespace {
 
 /// Without a tick for this long, and for longer than two of its intervals, the scan counts as held.
 constexpr std::int64_t kHeldMilliseconds = 1000;
-
-template <typename Step>
-void GoOnAfterFault(const Step& step) {
-  try {
-    step();
-  } catch (const RunTimeError&) {
-    // the fault that matters has been told
-  }
-}
 
 void SetOfflineBit(Tables& tables, int ch) {
   tables.ChanStatusBits[ch] = static_cast<std::int16_t>(tables.ChanStatusBits[ch] | StatusBit::Offline);

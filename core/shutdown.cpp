@@ -2,19 +2,11 @@
 
 #include "core/channel_state.h"
 #include "core/engine.h"
+#include "core/error_trap.h"
 #include "core/offline.h"
 #include "core/told_faults.h"
 
 namespace {
-
-template <typename Step>
-void GoOnAfterFault(const Step& step) {
-  try {
-    step();
-  } catch (const RunTimeError&) {
-    // faults in closing are not reported
-  }
-}
 
 void CloseIfOpen(Engine& engine, int ch) {
   SerialPort& port = engine.ports.Port(ch);
