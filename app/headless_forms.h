@@ -24,6 +24,7 @@ class HeadlessMainForm : public MainForm {
   void SetRevision(std::string_view) override {}
   void ShowDebugLabel(bool) override {}
   void BusyPointer(bool) override {}
+  void Enable(bool) override {}
   void PutInTray() override {}
   void SetTrayPicture(TrayPicture) override {}
   void DrawItem(int, int) override {}

@@ -35,6 +35,8 @@ class MainForm {
   virtual void SetRevision(std::string_view text) = 0;
   virtual void ShowDebugLabel(bool visible) = 0;
   virtual void BusyPointer(bool busy) = 0;
+  /// While the setup screen is up the form takes no key and no click; its rows go on.
+  virtual void Enable(bool enabled) = 0;
   /// What `cmdPutInTray` does.
   virtual void PutInTray() = 0;
   virtual void SetTrayPicture(TrayPicture picture) = 0;

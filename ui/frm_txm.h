@@ -38,6 +38,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void SetRevision(std::string_view text) override;
   void ShowDebugLabel(bool visible) override;
   void BusyPointer(bool busy) override;
+  void Enable(bool enabled) override { setEnabled(enabled); }
   void PutInTray() override;
   void SetTrayPicture(TrayPicture picture) override { tray_.SetPicture(picture); }
   void DrawItem(int ch, int item) override { gdi_->DrawItem(ch, item); }
