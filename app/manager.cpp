@@ -15,6 +15,9 @@ Manager::Manager(const Outside& outside, const std::string& programFolder)
       logs_(*tables_, outside.files, outside.system),
       publication_(*tables_, outside.ports, outside.opc, logs_, outside.dialogs),
       configuration_(*tables_, outside.files, outside.ports, logs_, outside.notice),
+      setup_(*tables_, configuration_),
       engine_{*tables_,       outside.system, outside.events, outside.ports, outside.files,       outside.notice,
               logs_,          configuration_, publication_,   terminal_,     outside.startupForm, outside.mainForm,
-              outside.dialogs} {}
+              outside.dialogs} {
+  configuration_.SetSetupScreen(&setup_);
+}

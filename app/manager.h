@@ -4,6 +4,7 @@
 #include <string>
 
 #include "config/cfg_proc.h"
+#include "config/setup/model.h"
 #include "core/engine.h"
 #include "diagnostics/log_files.h"
 #include "platform/opc_control.h"
@@ -34,12 +35,14 @@ class Manager {
   Tables& Store() { return *tables_; }
   Engine& Parts() { return engine_; }
   Publication& Publishing() { return publication_; }
+  SetupModel& Setup() { return setup_; }
 
  private:
   std::unique_ptr<Tables> tables_;
   LogFiles logs_;
   Publication publication_;
   CfgStore configuration_;
+  SetupModel setup_;
   AbsentTerminal terminal_;
   Engine engine_;
 };

@@ -52,14 +52,6 @@ constexpr std::string_view kStatusColumns[StatusTable::kFileColumns] = {
     "ProtoStatusTable column 0", "ProtoStatusTable column 1", "ProtoStatusTable column 2",
     "ProtoStatusTable column 3", "ProtoStatusTable column 4", "ProtoStatusTable column 5"};
 
-std::string FormatFilePath(const Tables& tables, int proto) {
-  const std::string& name = tables.ProtoFileName[proto];
-  if (name.empty()) {
-    throw RunTimeError(ErrorNumber::FileNotFound, "Protocol " + std::to_string(proto) + " has no format file");
-  }
-  return PathInProgramFolder(tables, name);
-}
-
 /// Puts one status line into the table and returns true if the line has a name.
 bool ReadStatusLine(CfgReader& reader, StatusTable& table, int row) {
   for (int column = 0; column < StatusTable::kFileColumns; ++column) {
@@ -126,6 +118,14 @@ void ClearFields(Tables& tables, int proto) {
 }
 
 }  // namespace
+
+std::string FormatFilePath(const Tables& tables, int proto) {
+  const std::string& name = tables.ProtoFileName[proto];
+  if (name.empty()) {
+    throw RunTimeError(ErrorNumber::FileNotFound, "Protocol " + std::to_string(proto) + " has no format file");
+  }
+  return PathInProgramFolder(tables, name);
+}
 
 void LoadFormatFile(Tables& tables, Files& files, Log& log, int proto) {
   tables.ProtoFixedFormat[proto] = AsBoolean(proto <= tables.LastFixedProtocol);

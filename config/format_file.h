@@ -1,8 +1,13 @@
 #pragma once
 
+#include <string>
+
 #include "core/log.h"
 #include "core/tables.h"
 #include "platform/files.h"
+
+/// Full path of the format file of protocol `proto`. Raises 53 for a protocol that has no file, 9 outside the tables.
+std::string FormatFilePath(const Tables& tables, int proto);
 
 /// Loads the format file of protocol `proto` (0 to 41): framing, data fields, commands and status table.
 /// A missing or empty file is logged, and the protocol runs with cleared fields. A damaged or unreadable one raises

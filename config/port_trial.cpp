@@ -1,37 +1,8 @@
 #include "config/port_trial.h"
 
 #include <cstdlib>
-#include <string>
-#include <string_view>
 
-#include "core/sentences.h"
-
-namespace {
-
-constexpr std::string_view kBoxCaption = "Tarvex Setup Error";
-
-struct Refusal {
-  int number;
-  std::string_view logText;
-  Occasion occasion;
-  std::string_view boxText;
-};
-
-constexpr Refusal kRefusals[] = {
-    {ErrorNumber::SerialPortInvalid, "Invalid COM: Port Selected.", Occasion::ComPortInvalid,
-     "The COM: port you have selected is invalid."},
-    {ErrorNumber::SerialPortInUse, "COM: Port Already In Use.", Occasion::ComPortInUse,
-     "The COM: port you have selected is already in use..."},
-};
-
-const Refusal* FindRefusal(int number) {
-  for (const Refusal& refusal : kRefusals) {
-    if (refusal.number == number) return &refusal;
-  }
-  return nullptr;
-}
-
-}  // namespace
+#include "config/setup/setup_fault.h"
 
 void PortTrial::ApplySettings(int ch) {
   tables_.ChanAppliedPort[ch] = tables_.ChanPort[ch] + 1;
@@ -78,29 +49,18 @@ bool PortTrial::Try(int ch, const std::function<void()>& step) {
   }
 }
 
-/// Tells a fault; true if the trial goes on. A port that is not open is only spoken of.
+/// Tells a fault; true if the trial goes on. Whatever becomes of the log, the file may not enable a channel whose port
+/// was refused.
 bool PortTrial::TakeFault(int ch, const RunTimeError& fault) {
-  if (fault.Number() == ErrorNumber::SerialPortNotOpen) {
-    Say(tables_, notice_, Occasion::ComPortInvalid, ch);
-    return true;
-  }
-  const Refusal* const refusal = FindRefusal(fault.Number());
-  if (refusal == nullptr) {
-    const std::string text = "Critical Error: " + std::to_string(fault.Number()) + "  " + fault.Description();
-    log_.WriteLog(LogType::Error, text);
-    notice_.MessageBox(kBoxCaption, text + "\r\nPlease Contact Orvane Technical Services...");
-    return false;
-  }
+  const SetupFault kind = KindOfSetupFault(fault);
   try {
-    log_.WriteLog(LogType::Error, refusal->logText);
+    TellSetupFault(tables_, log_, notice_, ch, fault);
   } catch (const RunTimeError&) {
-    Disable(ch);  // whatever becomes of the log, the file may not enable a channel without a port
+    if (kind == SetupFault::Refused) Disable(ch);
     throw;
   }
-  Say(tables_, notice_, refusal->occasion, ch);
-  notice_.MessageBox(kBoxCaption, std::string(refusal->boxText) + "\r\nDisabling Device Now...");
-  Disable(ch);
-  return false;
+  if (kind == SetupFault::Refused) Disable(ch);
+  return kind == SetupFault::GoOn;
 }
 
 void PortTrial::Disable(int ch) {

@@ -222,13 +222,16 @@ void FirstInitialisation(Engine& engine, int& ch) {
 void ServeUnconnectedChannel(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   engine.terminal.RetryRegistration(ch);
-  if (tables.ReinitChannel == ch) {
-    tables.ReinitChannel = kNoChannel;  // also when opening fails: it is not tried again until the next setup
+  const bool again = tables.ReinitChannel == ch || tables.ChanReopenPending[ch] == True;
+  if (again && tables.EditedChannel != ch) {
+    if (tables.ReinitChannel == ch) tables.ReinitChannel = kNoChannel;
+    tables.ChanReopenPending[ch] = False;  // also when opening fails: it is not tried again until the next setup
     InitialiseChannel(engine, ch, Pass::Again);
     engine.mainForm.BusyPointer(false);
     return;
   }
-  if (tables.ChanDeviceMissing[ch] == True && DeviceHasAppeared(engine, ch)) {
+  const bool looksForDevice = tables.ChanDeviceMissing[ch] == True && tables.EditedChannel != ch;
+  if (looksForDevice && DeviceHasAppeared(engine, ch)) {
     InitialiseChannel(engine, ch, Pass::DeviceFound);
     engine.log.WriteLog(LogType::Activity, "Channel: " + DisplayNumber(ch) + "  Device Found, Channel Enabled");
     return;

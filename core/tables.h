@@ -206,6 +206,7 @@ struct Tables {
   Boolean FirstScanPending = False, ChannelsInitialised = False, InterfacePending = False;
   Boolean Stopped = False;  ///< from a stop or the end until the next start: what is under way goes no further
   std::int16_t ReinitChannel = kNoChannel;
+  std::int16_t EditedChannel = kNoChannel;  ///< the one whose setup is open: nothing opens it meanwhile
   Boolean TerminalLinkUp = False, TerminalLinkRetry = False;
   std::int32_t VantStatus = 0;
   Boolean Minimized = False, RefreshOpen = False;
@@ -222,6 +223,8 @@ struct Tables {
   int NextFormatToRead = 0, NextChannelToOpen = 0;
   /// What is wrong with the file of a protocol; its channels are not opened, since their weights would be wrong.
   ProtocolTable<std::optional<RunTimeError>> ProtoFault;
+  /// The channel is to be opened again in the next tick with the settings in the tables, as after its setup.
+  ChannelTable<Boolean> ChanReopenPending;
   ChannelTable<Boolean> ChanFormatRefused;  ///< the channel was to be opened, and its protocol's fault kept it closed
   /// The channel was enabled, and its file was found empty or gone when it was read again; until it has content.
   ChannelTable<Boolean> ChanSettingsLost;

@@ -114,6 +114,7 @@ struct SetupField {
   bool enabled = true;
   bool visible = true;
   bool grey = false;      ///< back colour 0xE0E0E0 in place of 0xFFFFFF
+  bool greyText = false;  ///< of the grid: fore colour 0x808080 in place of 0
   int left = 0, top = 0;  ///< of a panel that moves, in twips
 
   /// The chosen item of a list; empty for none.
@@ -127,6 +128,9 @@ struct FieldId {
   friend bool operator==(const FieldId&, const FieldId&) = default;
 };
 
+/// Sets the value of a list or check box and runs its rule.
+using SetField = std::function<void(FieldId field, int value)>;
+
 /// All fields of the setup screen, as named values without any rule.
 class SetupFields {
  public:
@@ -136,6 +140,7 @@ class SetupFields {
   SetupField& At(Control control, int element = 0);
   const SetupField& At(Control control, int element = 0) const;
   SetupField& At(FieldId id) { return At(id.control, id.element); }
+  const SetupField& At(FieldId id) const { return At(id.control, id.element); }
   /// All elements of a control, in order.
   std::span<SetupField> Array(Control control);
   std::span<const SetupField> Array(Control control) const;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "config/setup/fields.h"
@@ -11,6 +11,7 @@
 #include "config/setup_screen.h"
 
 class Configuration;
+class RunTimeError;
 struct Tables;
 
 /// The setup screen `frmTarvexStdSetup` without a window: its fields, and the rules that run when one is set. A window
@@ -25,16 +26,28 @@ class SetupModel : public SetupScreen {
   const SetupFields& Fields() const { return fields_; }
   StatusGrid& Grid() { return grid_; }
   const StatusGrid& Grid() const { return grid_; }
-  StatusEntry& Entry() { return entry_; }
+  const StatusEntry& Entry() const { return entry_; }
 
-  // Actions 1, 2, 13 and 14 of `CfgProc`. The two that take raise 6 for a number above 32 bits, with the field.
+  /// From here on the screen is channel `ch`'s (0 to 31), with its heading and its panels closed; what the files hold
+  /// is still to be shown. Until `End` the channel actions for any other channel do nothing.
+  void Begin(int ch);
+  void End();
+  /// The channel that is edited, or `kNoChannel`.
+  int Channel() const { return channel_; }
+  /// The protocol that the data field, status and command panels show.
+  int Protocol() const { return protocol_; }
+
+  // Actions 1, 2, 13 and 14 of `CfgProc`. The two that take raise, with the field's name, 6 for a number above 32 bits
+  // and 13 for a position or length that is no number.
   void ShowChannel(int ch) override;
   void TakeChannel(int ch) override;
   void ShowProtocol(int proto) override;
   void TakeProtocol(int proto) override;
 
-  /// True while a channel is being loaded: the rule of `cb(3)` loads no protocol then.
+  /// `SetupLoading`: while a channel is being loaded the rule of `cb(3)` loads no protocol.
   void SetLoading(bool loading) { loading_ = loading; }
+  /// A protocol of the program's own is saved only with the word UNPROTECT.
+  bool ProtocolIsSaved(std::int32_t proto) const;
 
   // What a person does, or a program in his place. A disabled field is set all the same; the view keeps people off it.
   void SetIndex(FieldId list, int index);
@@ -47,32 +60,34 @@ class SetupModel : public SetupScreen {
   void LoseFocus(FieldId field);
   /// Double click or Return in the grid.
   void OpenEntry();
+  /// A row or column of the grid is selected.
+  void SelectCell(int row, int column);
 
   /// The field that the focus is to go to, once; nothing if it stays.
   std::optional<FieldId> TakeFocusRequest();
   /// Called after anything has changed; the view draws the fields anew.
   void OnChange(std::function<void()> handler) { onChange_ = std::move(handler); }
+  /// Called with what the file of a protocol raises that was picked; without a handler it is raised.
+  void OnFault(std::function<void(const RunTimeError&)> handler) { onFault_ = std::move(handler); }
+  /// Called when the panels have been filled from a protocol.
+  void OnProtocolShown(std::function<void(int proto)> handler) { onProtocolShown_ = std::move(handler); }
 
  private:
+  void Set(FieldId field, int value);
+  void RunRule(FieldId field);
+  void ChooseProtocol(int proto);
+  void Changed() const;
+
   Tables& tables_;
   Configuration& configuration_;
   SetupFields fields_;
   StatusGrid grid_;
   StatusEntry entry_{fields_, grid_};
+  int channel_;
+  int protocol_ = 0;
   bool loading_ = false;
   std::optional<FieldId> focusRequest_;
   std::function<void()> onChange_;
+  std::function<void(const RunTimeError&)> onFault_;
+  std::function<void(int)> onProtocolShown_;
 };
-
-/// What becomes of a text that somebody types or pastes into a field.
-struct TypedText {
-  std::string text;          ///< what of it the field takes
-  std::string_view refusal;  ///< why something was left out, for a tip; empty if all was taken
-};
-
-/// Applies what a field takes: its limit, digits alone where it takes no more, no double quotes, which the settings
-/// files cannot carry, and no line ends.
-TypedText TakeTyped(const FieldRow& row, std::string_view typed);
-
-/// False for a key that a number field does nothing on.
-bool TakesKey(const FieldRow& row, int keyCode);

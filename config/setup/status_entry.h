@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 #include <vector>
 
 #include "config/setup/fields.h"
@@ -9,7 +9,8 @@
 /// The entry panel `fEntry`, which edits the selected row of the status grid. Works on the panel's fields alone.
 class StatusEntry {
  public:
-  StatusEntry(SetupFields& fields, StatusGrid& grid) : fields_(fields), grid_(grid) {}
+  /// Fills the two lists.
+  StatusEntry(SetupFields& fields, StatusGrid& grid);
 
   /// Shows the panel with the selected row, as a double click or Return in the grid does. Returns the field that gets
   /// the focus, by the grid's column.
@@ -26,6 +27,7 @@ class StatusEntry {
   void EnableEntryExitTest();
 
  private:
+  void Close();
   void SetupEntryMode(bool entering);
   void ClearEntryFields();
   StatusRowTexts Texts() const;

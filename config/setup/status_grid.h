@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+class StatusTable;
+
 /// Key codes of the grid and of the number fields, as the screen's events carry them.
 namespace KeyCode {
 inline constexpr int Back = 8, Tab = 9, Return = 13, Escape = 27, PageUp = 33, PageDown = 34, End = 35, Home = 36,
@@ -29,10 +31,15 @@ class StatusGrid {
   /// Number of the first unused row, or -1: the last row never counts as free, so that 99 entries fill the table.
   int FirstEmptyEntry();
 
-  /// The row below which nothing is unused goes down by one, from `row` on; what stood in the last row is lost.
+  /// What stood from `row` on goes down by one; what stood in the last row is lost.
   void InsertEntry(int row, const StatusRowTexts& texts);
   void ReplaceEntry(int row, const StatusRowTexts& texts);
   void DeleteEntry(int row);
+
+  /// Takes over the rows of a protocol.
+  void Show(const StatusTable& table);
+  /// Puts its rows in place of those of `table`.
+  void PutInto(StatusTable& table) const;
 
   // The selection.
   int Bookmark() const { return bookmark_; }
