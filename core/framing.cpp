@@ -50,3 +50,8 @@ Cut CutStream(Tables& tables, int ch) {
   if (!keep) buffer.clear();
   return cut;
 }
+
+void ReplaceFirstCarriageReturn(std::string& stream) {
+  const std::size_t at = stream.find('\r');
+  if (at != std::string::npos) stream[at] = ' ';
+}

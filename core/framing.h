@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 struct Tables;
 
 /// What the bytes that have arrived make of the buffer.
@@ -15,3 +17,6 @@ enum class Cut {
 /// again; in any other case it is emptied.
 /// A stream length of 0 becomes 48 and a terminator of 0 becomes 10 in the protocol's tables.
 Cut CutStream(Tables& tables, int ch);
+
+/// Devices that end a line by carriage return and line feed: the first carriage return of a stream becomes a blank.
+void ReplaceFirstCarriageReturn(std::string& stream);

@@ -13,11 +13,6 @@
 
 namespace {
 
-void ReplaceFirstCarriageReturn(std::string& stream) {
-  const std::size_t at = stream.find('\r');
-  if (at != std::string::npos) stream[at] = ' ';
-}
-
 void ShowRawStream(Engine& engine, int ch) {
   const Tables& tables = engine.tables;
   if (tables.DebugMode == False || tables.ChanDetailOpen[ch] == False) return;

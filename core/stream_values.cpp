@@ -1,10 +1,9 @@
 #include "core/stream_values.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <string>
 
 #include "core/channel_state.h"
+#include "core/data_field.h"
 #include "core/engine.h"
 #include "core/lamps.h"
 #include "protocol/number.h"
@@ -19,36 +18,6 @@ constexpr int Net = 3;
 constexpr int StreamId = 9;
 }  // namespace Kind
 
-/// A data field of the stream; position 0 counts as 1.
-struct Field {
-  bool enabled;
-  int position;
-  int length;
-
-  Field(Boolean enable, int pos, int len)
-      : enabled(enable == True), position(std::max(1, pos)), length(std::max(0, len)) {}
-
-  /// A stream of position + length - 1 characters counts as too short.
-  bool LiesIn(const std::string& stream) const {
-    return enabled && static_cast<std::int64_t>(stream.size()) >= std::int64_t{position} + length;
-  }
-  std::string_view Of(const std::string& stream) const {
-    return std::string_view(stream).substr(static_cast<std::size_t>(position - 1), static_cast<std::size_t>(length));
-  }
-};
-
-Field GrossField(const Tables& t, int proto) {
-  return {t.ProtoGrossEnable[proto], t.ProtoGrossPos[proto], t.ProtoGrossLen[proto]};
-}
-Field TareField(const Tables& t, int proto) {
-  return {t.ProtoTareEnable[proto], t.ProtoTarePos[proto], t.ProtoTareLen[proto]};
-}
-Field NetField(const Tables& t, int proto) {
-  return {t.ProtoNetEnable[proto], t.ProtoNetPos[proto], t.ProtoNetLen[proto]};
-}
-/// The ID tables have always been read with the channel number as index.
-Field IdField(const Tables& t, int ch) { return {t.ProtoIdEnable[ch], t.ProtoIdPos[ch], t.ProtoIdLen[ch]}; }
-
 void Publish(Engine& engine, int ch, int kind, std::string& value, std::string_view text) {
   value = text;
   engine.publisher.SetVal(kind, ch);
@@ -56,7 +25,7 @@ void Publish(Engine& engine, int ch, int kind, std::string& value, std::string_v
 
 /// Formats the field into `value` and publishes it, or publishes `otherwise` if the stream does not hold it.
 /// True if the field was there. It is formatted aside: raw digits are no weight when formatting raises.
-bool TakeField(Engine& engine, int ch, int kind, std::string& value, const Field& field, std::string_view polarity,
+bool TakeField(Engine& engine, int ch, int kind, std::string& value, const DataField& field, std::string_view polarity,
                std::string_view otherwise) {
   Tables& tables = engine.tables;
   const int proto = tables.ChanProtocol[ch];
@@ -111,8 +80,7 @@ void TakeNetModeWeights(Engine& engine, int ch) {
     return;
   }
   if (tables.ChanStatusDecimals[ch] == True) {
-    const double sum = NumericValue(tables.ChanTare[ch]) + NumericValue(tables.ChanNet[ch]);
-    tables.ChanGross[ch] = FormatNumber(Decimal::FromDouble(sum), tables.ProtoFormatMask[proto]).View();
+    tables.ChanGross[ch] = GrossOfNetMode(tables, proto, tables.ChanTare[ch], tables.ChanNet[ch]).View();
   }
   engine.publisher.SetVal(Kind::Gross, ch);
 }
@@ -139,7 +107,7 @@ void TakeWeights(Engine& engine, int ch) {
 
 void TakeStreamId(Engine& engine, int ch) {
   Tables& tables = engine.tables;
-  const Field field = IdField(tables, ch);
+  const DataField field = IdField(tables, ch);
   std::string& id = tables.ChanStreamId[ch];
   if (field.LiesIn(tables.ChanStream[ch])) {
     id = GeneralText(Decimal::FromText(field.Of(tables.ChanStream[ch]))).View();

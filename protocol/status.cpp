@@ -1,26 +1,9 @@
 #include "protocol/status.h"
 
 #include "core/tables.h"
+#include "protocol/status_match.h"
 
 namespace {
-
-/// Byte of a bit row. A stream too short for the field reads as a zero byte; a length cell of 0 reads one
-/// character, as 1 does.
-int FieldByte(std::string_view stream, const StatusRule& rule) {
-  const int size = static_cast<int>(stream.size());
-  if (rule.position < 1 || rule.position > size || size < rule.position + rule.length) return 0;
-  return static_cast<unsigned char>(stream[static_cast<std::size_t>(rule.position - 1)]);
-}
-
-/// One character more than the field needs is demanded: a field that ends with the stream does not match.
-bool LongEnough(std::string_view stream, const StatusRule& rule) {
-  return static_cast<int>(stream.size()) >= rule.position + rule.length;
-}
-
-std::string_view FieldText(std::string_view stream, const StatusRule& rule) {
-  if (rule.position < 1) return {};
-  return stream.substr(static_cast<std::size_t>(rule.position - 1), static_cast<std::size_t>(rule.length));
-}
 
 void AddStatusBit(Tables& tables, int ch, std::int16_t bit) {
   tables.ChanStatusBits[ch] = static_cast<std::int16_t>(tables.ChanStatusBits[ch] | bit);
@@ -85,12 +68,6 @@ void ParseStatusData(Tables& tables, std::string_view stream, int ch, int proto)
   for (int row = 0; row <= last; ++row) {
     const StatusRule& rule = table.Rule(row);
     if (!rule.enabled) continue;
-    if (rule.text) {
-      if (!LongEnough(stream, rule)) continue;
-      if (!rule.unconditional && FieldText(stream, rule) != table.Text(row, 4)) continue;
-    } else if ((FieldByte(stream, rule) & rule.fieldMask) != rule.expected) {
-      continue;
-    }
-    Apply(tables, rule, row, ch, proto, unitsFound);
+    if (RowMatches(table, row, rule, stream)) Apply(tables, rule, row, ch, proto, unitsFound);
   }
 }

@@ -94,3 +94,7 @@ void FormatValue(Tables& tables, int ch, std::string& value, int decimalCode, st
   const std::size_t width = value.size();
   RightAlign(value, FormatNumber(Decimal::FromText(value), tables.ChanFormatMask[ch]).View(), width);
 }
+
+NumberText GrossOfNetMode(const Tables& tables, int proto, std::string_view tare, std::string_view net) {
+  return FormatNumber(Decimal::FromDouble(NumericValue(tare) + NumericValue(net)), tables.ProtoFormatMask[proto]);
+}

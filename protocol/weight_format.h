@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "protocol/number.h"
+
 struct Tables;
 
 /// Turns a weight field as received into the text that is shown and published, right-aligned to the width of
@@ -14,3 +16,6 @@ void FormatValue(Tables& tables, int ch, std::string& value, int decimalCode, st
 /// The same for a decimal point that comes from status data; sets `ProtoFormatMask`. Raises 9 for protocols
 /// from 33 on, and 5 for a field with fewer characters than the code has places.
 void FormatDecimalPlaces(Tables& tables, std::string& value, int decimalCode, std::string_view polarity, int proto);
+
+/// Gross of a stream in net mode, where the point comes from status data: the sum of tare and net as formatted.
+NumberText GrossOfNetMode(const Tables& tables, int proto, std::string_view tare, std::string_view net);
