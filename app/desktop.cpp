@@ -29,12 +29,16 @@ Desktop::Desktop(const std::string& programFolder, bool summary)
       speech_([this](const std::string& why) { RunInMessageLoop([this, why] { LogMissingSpeech(why); }); }),
       notice_(boxes_, speech_),
       manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
+      setup_(manager_.Parts(), manager_.Setup(), setupForm_),
       bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }),
       printSummary_(summary) {
   Engine& engine = manager_.Parts();
   dialogs_.Use(engine);
   startupForm_.Use(engine, [this] { End(); });
   mainForm_.Use(engine, dialogs_);
+  mainForm_.OnSetup([this](int ch) { setup_.Open(ch); });
+  setupForm_.Use({manager_.Setup(), setup_, [this](int comNumber) { return DescribePort(comNumber); }});
+  setupForm_.SetOwner(&mainForm_);
 }
 
 int Desktop::Run(std::string_view commandLine) {
@@ -67,6 +71,14 @@ void Desktop::ConnectTimers() {
   events_.GDITimer().OnTick([this] { GDITimerTick(manager_.Parts()); });
 }
 
+std::string Desktop::DescribePort(int comNumber) const {
+  try {
+    return addresses_.AddressOf(comNumber);
+  } catch (const RunTimeError& fault) {
+    return fault.Description();
+  }
+}
+
 void Desktop::LogMissingSpeech(const std::string& why) {
   Engine& engine = manager_.Parts();
   ReportFault(engine, [&] { engine.log.WriteLog(LogType::Error, why); });
@@ -79,6 +91,7 @@ void Desktop::Tell(const std::string& text) { std::cerr << system_.DateTimeText(
 void Desktop::End() {
   boxes_.DismissAll();
   dialogs_.Close();
+  setupForm_.Hide();
   mainForm_.Unload();
   QCoreApplication::quit();
 }

@@ -7,6 +7,7 @@
 #include "app/manager.h"
 #include "app/run_summary.h"
 #include "config/port_addresses.h"
+#include "config/setup/channel_setup.h"
 #include "platform/absent/opc.h"
 #include "platform/dbus/bus_adapter.h"
 #include "platform/posix/posix_files.h"
@@ -15,6 +16,7 @@
 #include "platform/qt/qt_event_loop.h"
 #include "ui/dialogs.h"
 #include "ui/frm_tarvex_startup.h"
+#include "ui/frm_tarvex_std_setup.h"
 #include "ui/frm_txm.h"
 
 /// The operator's desktop program, put together with its windows and its real outside. Needs a `QApplication`.
@@ -30,6 +32,7 @@ class Desktop {
   /// Everything from the files to the first form; with each box of it in the message loop.
   void Start();
   void ConnectTimers();
+  std::string DescribePort(int comNumber) const;
   void Tell(const std::string& text);
   void LogMissingSpeech(const std::string& why);
   void End();
@@ -48,7 +51,9 @@ class Desktop {
   Dialogs dialogs_;
   frmTarvexStartup startupForm_;
   frmTXM mainForm_;
+  frmTarvexStdSetup setupForm_;
   Manager manager_;
+  ChannelSetup setup_;
   BusAdapter bus_;
   RunSummary summary_;
   bool printSummary_;

@@ -108,8 +108,8 @@ void frmTXM::Press(PanelButton button, int row) {
     case PanelButton::Detail:
       return dialogs_->cmdDetail(row, this);
     case PanelButton::Setup:
-      return statusLine_->Tell(
-          QString("No setup screen yet: edit Tarvex-SCALE%1.Cfg, then X and Continue.").arg(row + 1));
+      if (onSetup_) onSetup_(row);
+      return;
     case PanelButton::Help:
       return;
   }
@@ -197,6 +197,15 @@ void frmTXM::ShowDebugLabel(bool visible) {
 }
 
 void frmTXM::BusyPointer(bool busy) { busy ? setCursor(Qt::WaitCursor) : unsetCursor(); }
+
+/// The rows beside the setup screen go on, so they are painted anew and drawn from then on.
+void frmTXM::Enable(bool enabled) {
+  if (enabled) setEnabled(true);  // before the focus goes back to where it was
+  TakeDialog(!enabled);
+  if (!enabled) setEnabled(false);
+  screen_->update();
+  if (enabled && isVisible()) BringToFront(*this);
+}
 
 void frmTXM::PutInTray() { ::PutInTray(*engine_, *this); }
 

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <array>
+#include <functional>
 #include <optional>
 
 #include "core/forms.h"
@@ -27,6 +28,8 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
 
   /// The running system and the small windows; must come before the form is shown, and outlive it.
   void Use(Engine& engine, Dialogs& dialogs);
+  /// Called by the setup button of a row.
+  void OnSetup(std::function<void(int ch)> handler) { onSetup_ = std::move(handler); }
   /// What the rows are drawn on.
   const QtCanvas& Surface() const;
   /// Unload event, if the form was ever loaded.
@@ -38,7 +41,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void SetRevision(std::string_view text) override;
   void ShowDebugLabel(bool visible) override;
   void BusyPointer(bool busy) override;
-  void Enable(bool enabled) override { setEnabled(enabled); }
+  void Enable(bool enabled) override;
   void PutInTray() override;
   void SetTrayPicture(TrayPicture picture) override { tray_.SetPicture(picture); }
   void DrawItem(int ch, int item) override { gdi_->DrawItem(ch, item); }
@@ -83,6 +86,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   std::array<FlatButton*, kSingleButtons> single_{};
   std::array<FlatButton*, kChannels> cmdDetail_{}, cmdSetup_{};
   QWidget* focusBeforeDialog_ = nullptr;
+  std::function<void(int)> onSetup_;
   TrayIcon tray_;
   QTimer trayWatch_;  ///< runs while the window is hidden behind the icon
 };

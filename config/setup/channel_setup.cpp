@@ -7,6 +7,7 @@
 #include "core/engine.h"
 #include "core/error_trap.h"
 #include "core/fixed_tables.h"
+#include "core/lamps.h"
 #include "core/offline.h"
 
 namespace {
@@ -39,7 +40,7 @@ void ClosePort(Engine& engine, int ch) {
 }  // namespace
 
 ChannelSetup::ChannelSetup(Engine& engine, SetupModel& model, SetupForm& form)
-    : engine_(engine), model_(model), form_(form) {
+    : engine_(engine), model_(model), form_(form), listener_(engine.tables, engine.ports, model) {
   model_.OnFault([this](const RunTimeError& fault) { Tell(fault); });
   model_.OnProtocolShown([this](int proto) {
     if (proto != kNoProtocol) Note(FormatFilePath(engine_.tables, proto));
@@ -59,6 +60,7 @@ void ChannelSetup::Open(int ch) {
   tables.ScreenPainted = False;
   if (!LeaveChannel(ch)) return ExitForm();
   Load(ch);
+  listener_.Start(ch, tables.ChanStream[ch]);
   form_.Show();
 }
 
@@ -69,6 +71,7 @@ bool ChannelSetup::LeaveChannel(int ch) {
     MarkWeightsOld(engine_, ch);
     SetCaption(tables, ch, Caption::Offline);
   }
+  for (int lamp : {Item::Rx, Item::Tx}) SetLamp(tables, ch, lamp, false);
   if (!Try([&] { ClosePort(engine_, ch); })) return false;
   if (!Try([&] { engine_.log.WriteLog(LogType::Activity, "Tarvex Manager Setup Activated"); })) return false;
   tables.SelectedChannel = ch;
@@ -92,11 +95,13 @@ void ChannelSetup::cmdOk() {
   if (!IsOpen() || model_.Entry().IsOpen() || ChangedElsewhere()) return;
   const int ch = model_.Channel();
   form_.BusyPointer(true);
+  listener_.Stop();
   try {
     Save(ch);
   } catch (const RunTimeError& fault) {
     TakeBackSaving(ch);
     Tell(fault);
+    listener_.Start(ch, {});
     form_.BusyPointer(false);
     return;
   }
@@ -130,6 +135,7 @@ void ChannelSetup::TakeBackSaving(int ch) {
 void ChannelSetup::cmdCancel() {
   if (!IsOpen() || model_.Entry().IsOpen()) return;
   const int ch = model_.Channel();
+  listener_.Stop();
   Configuration& configuration = engine_.configuration;
   Try([&] { configuration.CfgProc(CfgAction::ReadChannelFile, ch); });
   configuration.CfgProc(CfgAction::TablesToScreen, ch);
@@ -137,6 +143,10 @@ void ChannelSetup::cmdCancel() {
   configuration.CfgProc(CfgAction::ProtocolToScreen, ProtocolToShow(engine_.tables, ch));
   configuration.CfgProc(CfgAction::TablesToScreen, ch);
   ExitForm();
+}
+
+LiveLine ChannelSetup::Look(std::optional<FieldId> focus) {
+  return listener_.Look(focus, engine_.system.Milliseconds());
 }
 
 /// Another program may have saved the same file meanwhile. That is told once; a second Ok puts these settings there.

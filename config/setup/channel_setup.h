@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "config/setup/live_line.h"
 #include "config/setup/model.h"
 #include "core/tables.h"
 
@@ -36,6 +37,10 @@ class ChannelSetup {
   /// Puts back what the files hold, and leaves the screen. Nothing happens while an entry is open.
   void cmdCancel();
 
+  /// What the device of the channel sends, decoded with the fields as they are typed; `focus` is the field that the
+  /// keyboard is in. To be asked for some times a second.
+  LiveLine Look(std::optional<FieldId> focus);
+
  private:
   bool LeaveChannel(int ch);
   void Load(int ch);
@@ -52,6 +57,7 @@ class ChannelSetup {
   Engine& engine_;
   SetupModel& model_;
   SetupForm& form_;
+  LiveListener listener_;
   /// The files as they were when the screen was filled from them.
   std::string channelFile_;
   std::map<std::string, std::string> contentShown_;

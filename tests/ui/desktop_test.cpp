@@ -85,8 +85,31 @@ TEST_F(DesktopTest, ThePanelShowsAWeightWithAGreenLampAndATareOfZeroBlank) {
   desktop.Input("mousemove 400 120");
   EXPECT_TRUE(WaitFor([&] { return plant.panel.findChild<QLabel*>("lfx")->text() == "400"; }));
   EXPECT_EQ(plant.panel.findChild<QLabel*>("lfy")->text(), "120");
+}
+
+TEST_F(DesktopTest, AChannelIsSetUpWhileTheRowsBesideTheScreenGoOn) {
   desktop.Click(plant.Button("cmdSetup(6)"));
-  EXPECT_TRUE(WaitFor([&] { return plant.panel.findChild<QLabel*>("lNotice")->text().contains("Tarvex-SCALE7.Cfg"); }));
+  ASSERT_TRUE(WaitFor([&] { return plant.setupForm.isActiveWindow(); }));
+  EXPECT_FALSE(plant.panel.isEnabled());
+  EXPECT_TRUE(WaitFor([&] { return plant.tables.ScreenPainted == True; })) << "the rows are drawn again";
+  plant.Tick(kCh, "  1250\n");
+  const QPoint lamp = Cell(kCh, Item::Rx).topLeft() + QPoint(6, 6);
+  EXPECT_TRUE(WaitFor([&] { return desktop.Picture().pixelColor(lamp) == QColor(0, 255, 0); }));
+
+  auto* const description = plant.setupForm.findChild<QLineEdit*>("tDeviceDesc");
+  description->setFocus();
+  desktop.Input("type SILO");
+  EXPECT_TRUE(WaitFor([&] { return description->text() == "SILO"; })) << "the text was selected on entry";
+  desktop.Input("key alt+o");
+  EXPECT_TRUE(WaitFor([&] { return plant.panel.isActiveWindow() && plant.panel.isEnabled(); }));
+  EXPECT_EQ(plant.panel.focusWidget()->objectName(), "cmdSetup(6)");
+  EXPECT_EQ(plant.tables.ChanDeviceDesc[6], "SILO");
+  EXPECT_EQ(plant.tables.ReinitChannel, 6);
+
+  desktop.Click(plant.Button("cmdSetup(6)"));
+  ASSERT_TRUE(WaitFor([&] { return plant.setupForm.isActiveWindow(); }));
+  desktop.Input("key Escape");
+  EXPECT_TRUE(WaitFor([&] { return !plant.setupForm.isVisible(); }));
 }
 
 TEST_F(DesktopTest, TheDetailFillsWithTheNextStreamAndGreysThePanelUntilItIsClosed) {

@@ -11,6 +11,7 @@
 #include "tests/ui/wait_for.h"
 #include "ui/dialogs.h"
 #include "ui/frm_tarvex_startup.h"
+#include "ui/frm_tarvex_std_setup.h"
 #include "ui/frm_txm.h"
 #include "ui/qt_canvas.h"
 
@@ -26,6 +27,9 @@ class PanelPlant {
     plant.dialogs.onDetail = [this](int element, std::string_view text) { dialogs.ShowDetail(element, text); };
     startupForm.Use(engine, [this] { panel.Unload(); });
     panel.Use(engine, dialogs);
+    panel.OnSetup([this](int ch) { setup.Open(ch); });
+    setupForm.Use({model, setup, [](int comNumber) { return "/dev/tty" + std::to_string(comNumber); }});
+    setupForm.SetOwner(&panel);
   }
 
   /// From the start-up form to the panel, past all initialisation of channels.
@@ -62,4 +66,7 @@ class PanelPlant {
   frmTarvexStartup startupForm;
   frmTXM panel;
   Engine engine = plant.EngineWith({.startupForm = &startupForm, .mainForm = &panel});
+  SetupModel& model = plant.manager.Setup();
+  frmTarvexStdSetup setupForm;
+  ChannelSetup setup{engine, model, setupForm};
 };

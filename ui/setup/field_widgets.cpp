@@ -1,0 +1,198 @@
+#include "ui/setup/field_widgets.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolTip>
+
+#include "config/setup/typed_text.h"
+#include "platform/qt/text.h"
+#include "ui/setup/key_code.h"
+#include "ui/setup/marked_check_box.h"
+
+namespace {
+
+/// Tells the model where the keyboard is.
+class FocusEvents : public QObject {
+ public:
+  FocusEvents(SetupModel& model, FieldId field, QWidget* widget) : QObject(widget), model_(model), field_(field) {
+    widget->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::FocusIn) model_.TakeFocus(field_);
+    if (event->type() == QEvent::FocusOut) model_.LoseFocus(field_);
+    return false;
+  }
+
+ private:
+  SetupModel& model_;
+  FieldId field_;
+};
+
+/// A text field that takes what its row of the field table allows, typed or pasted, and says why it does not.
+class TextField : public QLineEdit {
+ public:
+  TextField(SetupModel& model, FieldId field, QWidget* parent) : QLineEdit(parent), model_(model), field_(field) {
+    connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) { Take(typed); });
+  }
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QLineEdit::focusInEvent(event);
+    if (!Row().selectedOnEntry) return;
+    QTimer::singleShot(0, this, &QLineEdit::selectAll);  // a click would put the caret after this
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    const int code = KeyCodeOf(*event);
+    if (plain && code != 0 && event->text().isEmpty() && !TakesKey(Row(), code)) return;
+    QLineEdit::keyPressEvent(event);
+  }
+
+ private:
+  const FieldRow& Row() const { return *model_.Fields().At(field_).row; }
+
+  void Take(const QString& typed) {
+    const TypedText taken = TakeTyped(Row(), ToBytes(typed));
+    const QString text = ToText(taken.text);
+    if (text != typed) {
+      const qsizetype dropped = typed.size() - text.size();
+      const int caret = cursorPosition();
+      setText(text);
+      setCursorPosition(caret - static_cast<int>(dropped));
+    }
+    if (!taken.refusal.empty()) {
+      QToolTip::showText(mapToGlobal(QPoint(0, height())), ToText(taken.refusal), this);
+    }
+    model_.SetText(field_, taken.text);
+  }
+
+  SetupModel& model_;
+  FieldId field_;
+};
+
+void ShowList(QComboBox& list, const SetupField& field) {
+  if (list.count() != static_cast<int>(field.items.size())) {
+    list.clear();
+    for (const std::string& item : field.items) list.addItem(ToText(item));
+  }
+  if (list.currentIndex() != field.value) list.setCurrentIndex(field.value);
+  if (list.property("grey").toBool() == field.grey) return;
+  list.setProperty("grey", field.grey);
+  QPalette colours = list.palette();
+  colours.setColor(QPalette::Button, field.grey ? QColor(0xE0, 0xE0, 0xE0) : QColor(Qt::white));
+  list.setPalette(colours);
+}
+
+void ShowText(QLineEdit& line, const SetupField& field) {
+  const QString text = ToText(field.text);
+  if (line.text() != text) line.setText(text);
+  const bool grey = field.grey || !field.enabled;
+  const QColor back = grey ? QColor(0xE0, 0xE0, 0xE0) : QColor(Qt::white);
+  if (line.palette().color(QPalette::Base) == back) return;
+  QPalette colours = line.palette();
+  colours.setColor(QPalette::Base, back);
+  line.setPalette(colours);
+}
+
+/// A check box's text without the blanks that its caption begins or ends with.
+QString CaptionOf(const SetupField& field) { return ToText(field.text).trimmed(); }
+
+}  // namespace
+
+QWidget* FieldWidgets::Make(Control control, int element, QWidget* parent) {
+  const FieldId id{control, element};
+  const SetupField& field = model_.Fields().At(id);
+  QWidget* widget = nullptr;
+  switch (field.row->kind) {
+    case FieldKind::List:
+      widget = MakeList(id, parent);
+      break;
+    case FieldKind::Text:
+      widget = MakeText(id, parent);
+      break;
+    case FieldKind::Check:
+    case FieldKind::Option:
+      widget = MakeCheck(id, parent);
+      break;
+    case FieldKind::Button:
+      widget = MakeButton(id, parent);
+      break;
+    case FieldKind::Label: {
+      auto* const label = new QLabel(parent);
+      label->setTextFormat(Qt::PlainText);
+      widget = label;
+      break;
+    }
+    case FieldKind::Panel:
+    case FieldKind::Grid:
+    case FieldKind::Mark:
+      return nullptr;
+  }
+  widget->setObjectName(ToText(NameOf(field)));
+  new FocusEvents(model_, id, widget);
+  widgets_[{control, element}] = widget;
+  return widget;
+}
+
+QWidget* FieldWidgets::MakeList(FieldId field, QWidget* parent) {
+  auto* const list = new QComboBox(parent);
+  list->setMaxVisibleItems(18);
+  QObject::connect(list, &QComboBox::activated, list, [this, field](int index) { model_.SetIndex(field, index); });
+  return list;
+}
+
+QWidget* FieldWidgets::MakeText(FieldId field, QWidget* parent) { return new TextField(model_, field, parent); }
+
+QWidget* FieldWidgets::MakeCheck(FieldId field, QWidget* parent) {
+  auto* const check = new MarkedCheckBox(parent);
+  QObject::connect(check, &QCheckBox::clicked, check, [this, field](bool on) { model_.SetValue(field, on ? 1 : 0); });
+  return check;
+}
+
+QWidget* FieldWidgets::MakeButton(FieldId field, QWidget* parent) {
+  auto* const button = new QPushButton(parent);
+  button->setAutoDefault(false);
+  const bool leaves = field.control == Control::cmdOk || field.control == Control::cmdCancel;
+  QObject::connect(button, &QPushButton::clicked, button,
+                   [this, field, leaves] { leaves ? press_(field.control) : model_.Press(field.control); });
+  return button;
+}
+
+void FieldWidgets::Adopt(Control control, QWidget* widget) {
+  widget->setObjectName(ToText(NameOf(control)));
+  widgets_[{control, 0}] = widget;
+}
+
+QWidget* FieldWidgets::Find(FieldId field) const {
+  const auto found = widgets_.find({field.control, field.element});
+  return found == widgets_.end() ? nullptr : found->second;
+}
+
+void FieldWidgets::Refresh() {
+  for (const auto& [key, widget] : widgets_) {
+    const SetupField& field = model_.Fields().At(key.first, key.second);
+    if (auto* const list = qobject_cast<QComboBox*>(widget)) {
+      ShowList(*list, field);
+    } else if (auto* const line = qobject_cast<QLineEdit*>(widget)) {
+      ShowText(*line, field);
+    } else if (auto* const check = qobject_cast<QCheckBox*>(widget)) {
+      if (check->text() != CaptionOf(field)) check->setText(CaptionOf(field));
+      if (check->isChecked() != (field.value != 0)) check->setChecked(field.value != 0);
+    } else if (auto* const button = qobject_cast<QPushButton*>(widget)) {
+      if (button->text() != ToText(field.text)) button->setText(ToText(field.text));
+    } else if (auto* const label = qobject_cast<QLabel*>(widget)) {
+      if (label->text() != ToText(field.text)) label->setText(ToText(field.text));
+    }
+    if (!field.tip.empty() && widget->toolTip() != ToText(field.tip)) widget->setToolTip(ToText(field.tip));
+    const bool enabledHere = widget->isEnabledTo(widget->parentWidget());
+    if (enabledHere != field.enabled) widget->setEnabled(field.enabled);
+    if (widget->isHidden() == field.visible) widget->setVisible(field.visible);
+  }
+}
