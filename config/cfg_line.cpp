@@ -48,14 +48,26 @@ void CfgRecord::Read(CfgReader& reader, CfgLine line, Tables& tables, int number
 
 std::int32_t CfgRecord::Number(CfgReader& reader, const CfgFieldRow& field) {
   try {
-    return reader.Integer(field.name, field.low, field.high);
+    const std::int32_t number = reader.Integer(field.name);
+    if (number >= field.low && number <= field.high) return number;
+    const std::string found = "Subscript out of range: " + reader.PlaceOfField(field.name) + ": found \"" +
+                              std::to_string(number) + "\", possible are " + std::to_string(field.low) + " to " +
+                              std::to_string(field.high);
+    return OutsideRange(field, found, number);
   } catch (const RunTimeError& fault) {
-    const bool outside = fault.Number() == ErrorNumber::SubscriptOutOfRange || fault.Number() == ErrorNumber::Overflow;
-    if (field.outOfRange == OutOfRange::Refused || !outside) throw;
-    const auto standard = std::get<std::int32_t>(field.standard);
-    remarks_.push_back(fault.Description() + "; " + std::to_string(standard) + " is used");
-    return standard;
+    if (fault.Number() != ErrorNumber::Overflow || field.outOfRange == OutOfRange::Kept) throw;
+    return OutsideRange(field, fault.Description(), 0);
   }
+}
+
+std::int32_t CfgRecord::OutsideRange(const CfgFieldRow& field, const std::string& found, std::int32_t number) {
+  if (field.outOfRange == OutOfRange::Kept) {
+    remarks_.push_back(found + "; it is kept, and nothing uses it");
+    return number;
+  }
+  const auto standard = std::get<std::int32_t>(field.standard);
+  remarks_.push_back(found + "; " + std::to_string(standard) + " is used");
+  return standard;
 }
 
 std::string CfgRecord::Text(CfgReader& reader, const CfgFieldRow& field) {

@@ -20,8 +20,8 @@ using CfgDefault = std::variant<std::monostate, std::int32_t, bool, std::string_
 
 /// What becomes of a number outside its range.
 enum class OutOfRange {
-  Refused,  ///< the whole file is: no other number could stand for it
-  Replaced  ///< by the default; the rest of the file holds, and `CfgRecord::Remarks` tells it
+  Kept,     ///< it is loaded and saved as it stands; the rule that would use it does without
+  Replaced  ///< the default is taken
 };
 
 /// One field of a settings file: everything there is to know of it for reading, writing and restoring it.
@@ -29,9 +29,9 @@ struct CfgFieldRow {
   std::string_view name;  ///< the table, as faults name it
   CfgCell (*cell)(Tables& tables, int number, int row);
   CfgDefault standard = {};
-  std::int32_t low = std::numeric_limits<std::int32_t>::min();  ///< least and greatest number that is taken
+  std::int32_t low = std::numeric_limits<std::int32_t>::min();  ///< least and greatest number that can be used
   std::int32_t high = std::numeric_limits<std::int32_t>::max();
-  OutOfRange outOfRange = OutOfRange::Refused;
+  OutOfRange outOfRange = OutOfRange::Kept;
 };
 
 using CfgLine = std::span<const CfgFieldRow>;
@@ -55,11 +55,11 @@ class CfgRecord {
   explicit CfgRecord(std::size_t longestText = std::string::npos) : longestText_(longestText) {}
 
   /// Reads one line of fields. `number` is the channel or protocol, `row` the row of a table with rows.
-  /// Raises what `CfgReader` raises, and 9 for a number outside the tables.
+  /// Raises what `CfgReader` raises.
   void Read(CfgReader& reader, CfgLine line, Tables& tables, int number = 0, int row = 0);
   /// Forgets what was read.
   void Clear();
-  /// What was not taken as it stands, with file, line and field: numbers replaced, texts cut.
+  /// What is not used as it stands, with file, line and field: numbers outside their range, texts cut.
   const std::vector<std::string>& Remarks() const { return remarks_; }
   /// Puts all that was read into the tables.
   void Commit();
@@ -67,6 +67,7 @@ class CfgRecord {
  private:
   using Value = std::variant<std::int32_t, Boolean, std::string>;
   std::int32_t Number(CfgReader& reader, const CfgFieldRow& field);
+  std::int32_t OutsideRange(const CfgFieldRow& field, const std::string& found, std::int32_t number);
   std::string Text(CfgReader& reader, const CfgFieldRow& field);
 
   struct Held {

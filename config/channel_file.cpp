@@ -1,7 +1,11 @@
 #include "config/channel_file.h"
 
+#include <utility>
+#include <vector>
+
 #include "config/cfg_line.h"
 #include "core/fixed_tables.h"
+#include "core/setting_limits.h"
 
 namespace {
 
@@ -13,9 +17,6 @@ CfgCell OpcTag(Tables& tables, int ch, int) {
 template <auto Member>
 constexpr int kLastRowOf = std::remove_reference_t<decltype(std::declval<Tables&>().*Member)>::Size() - 1;
 
-constexpr int kLastProtocol = kLastRowOf<&Tables::ProtoFileName>;
-constexpr int kLastPort = 67;  // COM68
-constexpr int kLastPortSetup = kLastRowOf<&Tables::PortSettingsTable>;
 constexpr int kLastUnits = kLastRowOf<&Tables::UnitsTable>;
 constexpr int kLastDecimalPlaces = kLastRowOf<&Tables::DecimalMaskTable>;
 
@@ -85,7 +86,10 @@ void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch) {
     log.WriteLog(LogType::Error, path + " was empty or gone: channel " + DisplayNumber(ch) +
                                      ", which was enabled, has its default settings and is disabled now");
   }
-  for (const std::string& remark : record.Remarks()) log.WriteLog(LogType::Error, remark);
+  std::vector<std::string> remarks = record.Remarks();
+  if (remarks == tables.ChanFileRemarks[ch]) return;  // the file is read again and again while its device is missing
+  tables.ChanFileRemarks[ch] = std::move(remarks);
+  for (const std::string& remark : tables.ChanFileRemarks[ch]) log.WriteLog(LogType::Error, remark);
 }
 
 void WriteChannelFile(Tables& tables, Files& files, int ch) {

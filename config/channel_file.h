@@ -13,7 +13,8 @@ std::string ChannelFilePath(const Tables& tables, int ch);
 /// Reads the 34 settings of channel `ch`. With several lines in the file the last one holds. A missing or empty
 /// file is written with the defaults and read back; for a channel that was enabled until now that is a loss, marked in
 /// `ChanSettingsLost` and logged. A damaged one raises as `CfgReader` tells and leaves the tables
-/// as they were. Texts longer than 1024 characters are cut, with a line of the error log.
+/// as they were. Texts longer than 1024 characters are cut, and list indices that their list does not have are kept;
+/// both are logged, once while the file says the same.
 void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch);
 
 /// Writes them as they stand, without a trial of the port.

@@ -6,6 +6,7 @@
 
 #include "config/cfg_line.h"
 #include "core/fixed_tables.h"
+#include "core/setting_limits.h"
 
 namespace {
 
@@ -15,8 +16,6 @@ CfgCell CommandText(Tables& tables, int proto, int command) {
 }
 
 CfgCell CommandEnabled(Tables& tables, int proto, int command) { return &tables.ProtoCmdEnabled[command][proto]; }
-
-constexpr int kLongestStream = 4096;
 
 /// Lines 1 to 6. The defaults are what a protocol without a file runs with.
 constexpr CfgFieldRow kHeadLines[][3] = {
@@ -37,7 +36,7 @@ constexpr CfgFieldRow kHeadLines[][3] = {
      {"ProtoIdEnable", SettingOf<&Tables::ProtoIdEnable>, false}},
     {{"ProtoCmdStartChar", SettingOf<&Tables::ProtoCmdStartChar>},
      {"ProtoCmdTerminator", SettingOf<&Tables::ProtoCmdTerminator>},
-     {"ProtoMaxStream", SettingOf<&Tables::ProtoMaxStream>, 48, 0, kLongestStream, OutOfRange::Replaced}},
+     {"ProtoMaxStream", SettingOf<&Tables::ProtoMaxStream>, 48, 0, kLongestStream}},
 };
 
 /// Lines 7 to 16, one a command.
@@ -84,7 +83,16 @@ std::string DecimalsNotCarried(const CfgReader& reader, const std::string& rowNa
          rowName + "); use custom format 1 to 23, or choose Decimal Places on the channel and remove these rows";
 }
 
-/// Puts the content into the tables; a fault that leaves them filled is noted in `fault`.
+/// A channel is decoding with the record that is in the tables.
+bool IsInUse(const Tables& tables, int proto) {
+  for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
+    if (tables.ChanConnected[ch] == True && tables.ChanProtocol[ch] == proto) return true;
+  }
+  return false;
+}
+
+/// Reads the whole content, and then puts it into the tables at once. A table that is not ended is noted in `fault`; a
+/// channel that decodes with the record goes on with the one that it has.
 Remarks ReadFormat(Tables& tables, const std::string& content, const std::string& path, int proto,
                    std::optional<RunTimeError>& fault) {
   CfgReader reader(content, path);
@@ -107,13 +115,17 @@ Remarks ReadFormat(Tables& tables, const std::string& content, const std::string
     decimalsTold = true;
   }
   if (row > 0 && firstUnused < 0) fault = NotEnded(reader);
+  if (fault && IsInUse(tables, proto)) return remarks;
   record.Commit();
   tables.ProtoStatusTable[proto] = std::move(*status);
   tables.ProtoStatusCount[proto] = firstUnused;
   return remarks;
 }
 
+/// Without a file the protocol runs with cleared fields. A channel that decodes with the record would show 0 for a
+/// weight from then on, so it goes on with the one that it has.
 void ClearFields(Tables& tables, int proto) {
+  if (IsInUse(tables, proto)) return;
   for (CfgLine line : kHeadLines) RestoreCfgDefaults(line, tables, proto);
 }
 
@@ -130,18 +142,19 @@ std::string FormatFilePath(const Tables& tables, int proto) {
 void LoadFormatFile(Tables& tables, Files& files, Log& log, int proto) {
   tables.ProtoFixedFormat[proto] = AsBoolean(proto <= tables.LastFixedProtocol);
   tables.ProtoFault[proto].emplace(ErrorNumber::Internal, "The format file has not been read to its end");
-  ClearFields(tables, proto);
   Remarks remarks;
   try {
     const std::string path = FormatFilePath(tables, proto);
     const std::string content = files.OpenAndRead(path);
     std::optional<RunTimeError> fault;
     if (content.empty()) {
+      ClearFields(tables, proto);
       remarks = {path + " STD Format File Not Found."};
     } else {
       remarks = ReadFormat(tables, content, path, proto, fault);
     }
     tables.ProtoFault[proto] = fault;
+    tables.ProtoLoaded[proto] = True;
   } catch (const RunTimeError& fault) {
     tables.ProtoFault[proto] = fault;
     throw;

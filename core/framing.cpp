@@ -1,8 +1,8 @@
 #include "core/framing.h"
 
-#include <algorithm>
 #include <string>
 
+#include "core/setting_limits.h"
 #include "core/tables.h"
 
 namespace {
@@ -29,7 +29,9 @@ Cut CutStream(Tables& tables, int ch) {
   std::string& stream = tables.ChanStream[ch];
 
   if (tables.ProtoMaxStream[proto] == 0) tables.ProtoMaxStream[proto] = kDefaultMaxStream;
-  const std::size_t most = static_cast<std::size_t>(std::max(0, tables.ProtoMaxStream[proto]));
+  const std::int32_t length = tables.ProtoMaxStream[proto];
+  const bool possible = length > 0 && length <= kLongestStream;
+  const std::size_t most = static_cast<std::size_t>(possible ? length : kDefaultMaxStream);
   AppendKeepingTail(buffer, tables.ChanRxChunk[ch], most);
 
   if (tables.ProtoTerminator[proto] == 0) tables.ProtoTerminator[proto] = kDefaultTerminator;

@@ -7,6 +7,7 @@
 #include "core/lamps.h"
 #include "core/offline.h"
 #include "core/sentences.h"
+#include "core/setting_limits.h"
 #include "core/told_faults.h"
 #include "protocol/number.h"
 
@@ -117,6 +118,21 @@ void OpenLink(Engine& engine, int ch, Pass pass) {
   if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) OpenArcNetLink(engine, ch);
 }
 
+/// Upper case; empty for a row that the list does not have.
+std::string PrimaryUnitsName(const Tables& tables, std::int32_t units) {
+  if (units < 0 || units >= tables.UnitsTable.Size()) return {};
+  return UpperCase(Trim(tables.UnitsTable[units]));
+}
+
+/// The last custom formats are not read at start. Without its format a channel would show 0 for a weight.
+void RefuseUnreadFormat(Tables& tables, int proto) {
+  if (proto <= kLastFormatReadAtStart || tables.ProtoLoaded[proto] == True) return;
+  tables.ProtoFault[proto].emplace(ErrorNumber::FileNotFound,
+                                   ProtocolName(proto) +
+                                       " is not read at start, but when the setup of a channel shows it: open the "
+                                       "setup of the channel and press Ok, or choose one of custom formats 1 to 29");
+}
+
 void ChannelSteps(Engine& engine, int ch, Pass pass) {
   Tables& tables = engine.tables;
   tables.ChanStatusDecimals[ch] = False;
@@ -129,7 +145,7 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
   } else {
     SetCaption(tables, ch, Caption::ReInitializing);
   }
-  tables.ChanPrimaryUnitsName[ch] = UpperCase(Trim(tables.UnitsTable[tables.ChanPrimaryUnits[ch]]));
+  tables.ChanPrimaryUnitsName[ch] = PrimaryUnitsName(tables, tables.ChanPrimaryUnits[ch]);
   ClearWeights(tables, ch);
   ResetLamps(tables, ch);
   if (tables.ChanEnabled[ch] == False) {
@@ -138,6 +154,8 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
     StartPublishing(tables, ch);
     return;
   }
+  if (const auto unusable = UnusableSetting(tables, ch)) throw *unusable;
+  RefuseUnreadFormat(tables, tables.ChanProtocol[ch]);
   if (tables.ProtoFault[tables.ChanProtocol[ch]]) {
     tables.ChanFormatRefused[ch] = True;
     ShowInitializationError(engine, ch);
@@ -159,6 +177,7 @@ void ReadFormat(Engine& engine, int proto) {
 void InitialiseChannel(Engine& engine, int ch, Pass pass) {
   EndToldFaults(engine, ch);
   engine.tables.ChanDeviceMissing[ch] = False;
+  engine.tables.ChanFormatRefused[ch] = False;
   engine.tables.ChanStreamUnfinished[ch] = False;
   try {
     ChannelSteps(engine, ch, pass);
@@ -192,6 +211,16 @@ bool DeviceHasAppeared(Engine& engine, int ch) {
   return port.PortOpen();
 }
 
+/// The format that kept the channel closed has been mended. The channel's file is read again, since the fault has
+/// disabled the channel in the tables.
+bool FormatIsGoodAgain(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  if (tables.ChanFormatRefused[ch] == False || tables.ProtoFault[tables.ChanProtocol[ch]]) return false;
+  tables.ChanFormatRefused[ch] = False;
+  engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
+  return tables.ChanEnabled[ch] == True;
+}
+
 }  // namespace
 
 void RequestFirstInitialisation(Tables& tables) {
@@ -222,19 +251,20 @@ void FirstInitialisation(Engine& engine, int& ch) {
 void ServeUnconnectedChannel(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   engine.terminal.RetryRegistration(ch);
-  const bool again = tables.ReinitChannel == ch || tables.ChanReopenPending[ch] == True;
-  if (again && tables.EditedChannel != ch) {
+  if (tables.EditedChannel != ch) {
+    const bool asked = tables.ReinitChannel == ch || tables.ChanReopenPending[ch] == True;
     if (tables.ReinitChannel == ch) tables.ReinitChannel = kNoChannel;
     tables.ChanReopenPending[ch] = False;  // also when opening fails: it is not tried again until the next setup
-    InitialiseChannel(engine, ch, Pass::Again);
-    engine.mainForm.BusyPointer(false);
-    return;
-  }
-  const bool looksForDevice = tables.ChanDeviceMissing[ch] == True && tables.EditedChannel != ch;
-  if (looksForDevice && DeviceHasAppeared(engine, ch)) {
-    InitialiseChannel(engine, ch, Pass::DeviceFound);
-    engine.log.WriteLog(LogType::Activity, "Channel: " + DisplayNumber(ch) + "  Device Found, Channel Enabled");
-    return;
+    if (asked || FormatIsGoodAgain(engine, ch)) {
+      InitialiseChannel(engine, ch, Pass::Again);
+      engine.mainForm.BusyPointer(false);
+      return;
+    }
+    if (tables.ChanDeviceMissing[ch] == True && DeviceHasAppeared(engine, ch)) {
+      InitialiseChannel(engine, ch, Pass::DeviceFound);
+      engine.log.WriteLog(LogType::Activity, "Channel: " + DisplayNumber(ch) + "  Device Found, Channel Enabled");
+      return;
+    }
   }
   ClearWeights(tables, ch);
   for (int item : {Item::Gross, Item::Tare, Item::NetWeight}) tables.ChanDirty[item][ch] = True;

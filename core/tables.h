@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "core/table.h"
 #include "core/told_faults.h"
@@ -108,8 +109,9 @@ struct Tables {
   ChannelTable<Boolean> ChanDataMap;
 
   // Protocol definition, one set a protocol, persisted in the format file. Positions count from 1.
-  ProtocolTable<std::string> ProtoFileName;     ///< begins with the path separator, written as a backslash
-  ProtocolTable<std::int32_t> ProtoMaxStream;   ///< characters kept; 0 becomes 48 at first use
+  ProtocolTable<std::string> ProtoFileName;  ///< begins with the path separator, written as a backslash
+  ProtocolTable<std::int32_t>
+      ProtoMaxStream;  ///< characters kept; 0 becomes 48 at first use, 48 for what is not possible
   ProtocolTable<std::int32_t> ProtoTerminator;  ///< character code; 0 becomes 10 at first use
   ProtocolTable<std::int32_t> ProtoStartChar;   ///< character code, 0 and -1 = none
   ProtocolTable<std::int32_t> ProtoGrossPos, ProtoGrossLen;
@@ -223,11 +225,14 @@ struct Tables {
   int NextFormatToRead = 0, NextChannelToOpen = 0;
   /// What is wrong with the file of a protocol; its channels are not opened, since their weights would be wrong.
   ProtocolTable<std::optional<RunTimeError>> ProtoFault;
+  ProtocolTable<Boolean> ProtoLoaded;  ///< its file has been read
   /// The channel is to be opened again in the next tick with the settings in the tables, as after its setup.
   ChannelTable<Boolean> ChanReopenPending;
   ChannelTable<Boolean> ChanFormatRefused;  ///< the channel was to be opened, and its protocol's fault kept it closed
   /// The channel was enabled, and its file was found empty or gone when it was read again; until it has content.
   ChannelTable<Boolean> ChanSettingsLost;
+  /// What of the channel's file is not used as it stands, as told last.
+  ChannelTable<std::vector<std::string>> ChanFileRemarks;
   /// The weight log of the channel could not be written last time; a fault is reported once until it can again.
   ChannelTable<Boolean> ChanAsciiLogFailed;
   /// Faults that have been told and still last.

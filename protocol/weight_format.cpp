@@ -31,9 +31,10 @@ const PointPlace* FindPoint(std::string_view value) {
 }
 
 void SettleMask(Tables& tables, int ch, std::string_view value) {
-  if (tables.ChanDecimalPlaces[ch] > 0) {
+  const std::int32_t places = tables.ChanDecimalPlaces[ch];
+  if (places > 0 && places < tables.DecimalMaskTable.Size()) {
     tables.ChanDecimals[ch] = 0;  // stays 0 even when the mask has decimals
-    tables.ChanFormatMask[ch] = tables.DecimalMaskTable[tables.ChanDecimalPlaces[ch]];
+    tables.ChanFormatMask[ch] = tables.DecimalMaskTable[places];
   } else if (const PointPlace* point = FindPoint(value)) {
     tables.ChanDecimals[ch] = point->decimals;
     tables.ChanFormatMask[ch] = point->mask;

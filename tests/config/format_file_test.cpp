@@ -85,21 +85,36 @@ TEST(FormatFileTest, DecimalRowsThatTheProtocolCannotCarryAreLoggedOnce) {
   }
 }
 
-TEST(FormatFileTest, AMaxStreamLengthOutsideItsLimitsIsLoggedAndTheDefaultTaken) {
-  for (const auto& [text, taken] : {std::pair{"0", 0}, {"4096", 4096}, {"4097", 48}, {"-1", 48}, {"99999999999", 48}}) {
+TEST(FormatFileTest, ANumberThatNoRuleCanUseIsLoggedKeptAndSaved) {
+  const struct {
+    const char* line;
+    const char* logged;  ///< field of the error log's line, if there is one
+  } cases[] = {
+      {"7,2,13", ""},
+      {"7,-1,13", ""},
+      {"7,-2,13", "line 1, field 2 (ProtoStartChar)"},
+      {"7,2,1310", "line 1, field 3 (ProtoTerminator)"},
+      {"35,1310,0", ""},
+      {"35,1310,4096", ""},
+      {"35,1310,4097", "line 6, field 3 (ProtoMaxStream)"},
+      {"35,1310,-1", "line 6, field 3 (ProtoMaxStream)"},
+  };
+  for (const auto& c : cases) {
     ConfigPlant plant;
-    plant.File(kFile) = kHead;
-    plant.File(kFile).replace(kHead.find("1310,0"), 6, std::string("1310,") + text);
-    EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "") << text;
-    EXPECT_FALSE(plant.tables.ProtoFault[kCustom1]) << text;
-    EXPECT_EQ(plant.tables.ProtoMaxStream[kCustom1], taken) << text;
-    EXPECT_EQ(plant.tables.ProtoGrossPos[kCustom1], 5) << text;
-    const std::string log = plant.LogText(LogType::Error);
-    EXPECT_EQ(log.find(kPath + ", line 6, field 3 (ProtoMaxStream)") != std::string::npos, taken == 48) << log;
+    const std::string line = c.line;
+    const std::string replaced = line.starts_with("7") ? "7,2,13" : "35,1310,0";
+    std::string content = kHead + Repeated(kUnused, 100);
+    content.replace(content.find(replaced), replaced.size(), line);
+    plant.File(kFile) = content;
+    EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "") << line;
+    EXPECT_FALSE(plant.tables.ProtoFault[kCustom1]) << line;
+    EXPECT_EQ(plant.LogText(LogType::Error).find(kPath + ", " + c.logged) != std::string::npos, *c.logged != '\0');
+    EXPECT_EQ(plant.Run(CfgAction::WriteFormatFile, kCustom1), "");
+    EXPECT_EQ(plant.File(kFile), content);
   }
 }
 
-TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoad) {
+TEST(FormatFileTest, ADamagedFileChangesNothingAndMarksTheProtocolUntilAGoodLoad) {
   const struct {
     const char* rule;
     std::string content;
@@ -115,9 +130,8 @@ TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoa
            ", line 18, field 5 (ProtoStatusTable column 4): the file ends before it"},
       {"cut behind a comma of the last command", kHead.substr(0, kHead.size() - 9),
        "62 Input past end of file: " + kPath + ", line 16, field 4 (ProtoCmdEnabled): the file ends before it"},
-      {"a start character that is none", "7,-2,13",
-       "9 Subscript out of range: " + kPath +
-           ", line 1, field 2 (ProtoStartChar): found \"-2\", possible are -1 to 255"},
+      {"a number that is too large", "7,99999999999,13",
+       "6 Overflow: " + kPath + ", line 1, field 2 (ProtoStartChar): found \"99999999999\""},
       {"more rows than the table has", kHead + Repeated(kMotion, 102),
        "9 Subscript out of range: " + kPath +
            ", line 118, field 1 (ProtoStatusTable column 0): a status table has at most 101 lines"},
@@ -133,12 +147,27 @@ TEST(FormatFileTest, ADamagedFileClearsTheFieldsAndMarksTheProtocolUntilAGoodLoa
     const Tables& t = plant.tables;
     ASSERT_TRUE(t.ProtoFault[kCustom1]) << c.rule;
     EXPECT_TRUE(c.fault.ends_with(t.ProtoFault[kCustom1]->Description())) << c.rule;
-    EXPECT_EQ(t.ProtoGrossEnable[kCustom1], False) << c.rule;
+    EXPECT_EQ(t.ProtoGrossEnable[kCustom1], True) << c.rule;
+    EXPECT_EQ(t.ProtoStatusCount[kCustom1], 1) << c.rule;
 
     plant.files.broken.clear();
     plant.File(kFile) = kHead;
     EXPECT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "") << c.rule;
     EXPECT_FALSE(t.ProtoFault[kCustom1]) << c.rule;
+  }
+}
+
+TEST(FormatFileTest, AChannelThatIsDecodingKeepsItsRecordWhenTheFileIsGoneOrDamaged) {
+  for (const std::string& content : {std::string(), kHead + kMotion, kHead.substr(0, 30)}) {
+    ConfigPlant plant;
+    plant.File(kFile) = kHead + kMotion + kUnused;
+    ASSERT_EQ(plant.Run(CfgAction::ReadFormatFile, kCustom1), "");
+    plant.tables.ChanProtocol[3] = kCustom1;
+    plant.tables.ChanConnected[3] = True;
+    plant.File(kFile) = content;
+    plant.Run(CfgAction::ReadFormatFile, kCustom1);
+    EXPECT_EQ(plant.tables.ProtoGrossPos[kCustom1], 5) << content;
+    EXPECT_EQ(plant.tables.ProtoStatusCount[kCustom1], 1) << content;
   }
 }
 

@@ -86,7 +86,7 @@ void Replay::PutFilesInPlace(const ReplaySetup& setup) {
     return;  // the initialisation meets the same fault and tells it
   }
   const int proto = tables_.ChanProtocol[ch_];
-  if (tables_.ProtoFileName[proto].empty()) {
+  if (ProtocolName(proto).empty()) {
     throw RunTimeError(ErrorNumber::InvalidCall, "Channel " + DisplayNumber(ch_) + " uses protocol " +
                                                      std::to_string(proto) + ", which has no format file");
   }
@@ -144,6 +144,7 @@ void Replay::OpenInSpiteOfItsFile(int startTick) {
 /// The fault of the channel's own format is what kept it closed.
 void Replay::WarnOfFormats() {
   const int proto = tables_.ChanProtocol[ch_];
+  if (ProtocolName(proto).empty()) return;  // the initialisation has told it
   for (int each = 0; each < tables_.ProtoFault.Size(); ++each) {
     if (!tables_.ProtoFault[each]) continue;
     const RunTimeError named = WarnOf(*tables_.ProtoFault[each]);
