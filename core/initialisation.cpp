@@ -229,6 +229,7 @@ void RequestFirstInitialisation(Tables& tables) {
   tables.NextFormatToRead = 0;
   tables.NextChannelToOpen = 0;
   tables.ChanFormatRefused.Fill(False);
+  tables.ChanReopenPending.Fill(False);
   ForgetEarlierRun(tables);
 }
 
