@@ -6,6 +6,7 @@
 #include <QSysInfo>
 #include <stdexcept>
 
+#include "app/setup_calls.h"
 #include "core/error_trap.h"
 #include "core/gdi_timer.h"
 #include "core/scan_engine.h"
@@ -36,6 +37,7 @@ int Daemon::Run(std::string_view commandLine) {
   if (engine.tables.SpeechEnabled == True) StartSpeech();
   ConnectTimers();
   LoadStartupForm(engine);
+  bus_.OfferSetup(SetupCallsOf(engine));
   bus_.Start();
   QCoreApplication::exec();
   const std::string summary = summary_.Text(engine.tables);

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <utility>
 
+#include "app/setup_calls.h"
 #include "core/error_trap.h"
 #include "core/gdi_timer.h"
 #include "core/scan_engine.h"
@@ -61,6 +62,7 @@ void Desktop::Start() {
   ReportFault(engine, [&] { addresses_.Load(files_, engine.tables.ProgramFolder); });
   if (engine.tables.SpeechEnabled == True) speech_.Start();
   ConnectTimers();
+  bus_.OfferSetup(SetupCallsOf(engine));
   bus_.Start();
   LoadStartupForm(engine);
 }

@@ -7,6 +7,7 @@
 
 #include "platform/dbus/bus_face.h"
 #include "platform/dbus/device_face.h"
+#include "platform/dbus/setup_face.h"
 #include "platform/dbus/topic_face.h"
 #include "publish/publication.h"
 
@@ -39,6 +40,7 @@ class BusAdapter::Faces : public DeviceFieldWatcher, public DdeItemWatcher {
   }
 
   BusLink& Link() { return link_; }
+  void OfferSetup(SetupCalls calls) { setup_.emplace(std::move(calls)); }
 
   void FieldsWritten(int index, unsigned fields) override {
     devices_[static_cast<std::size_t>(index)]->AnnounceFields(fields);
@@ -58,6 +60,7 @@ class BusAdapter::Faces : public DeviceFieldWatcher, public DdeItemWatcher {
   BusLink link_;
   std::vector<std::unique_ptr<DeviceFace>> devices_;
   std::vector<std::unique_ptr<TopicFace>> topics_;  ///< by form; null where another form answers for the topic
+  std::optional<SetupFace> setup_;
 };
 
 const sd_bus_vtable BusAdapter::Faces::kConnector[] = {
@@ -86,6 +89,7 @@ int BusAdapter::Faces::Register(sd_bus* bus) {
   for (const auto& topic : topics_) {
     if (result >= 0 && topic) result = topic->Register(bus);
   }
+  if (result >= 0 && setup_) result = setup_->Register(bus);
   return result;
 }
 
@@ -100,5 +104,6 @@ BusAdapter::BusAdapter(Publication& publication, std::function<void(const std::s
     : faces_(std::make_unique<Faces>(publication, std::move(log))) {}
 BusAdapter::~BusAdapter() = default;
 
+void BusAdapter::OfferSetup(SetupCalls calls) { faces_->OfferSetup(std::move(calls)); }
 void BusAdapter::Start() { faces_->Link().Start(); }
 void BusAdapter::Stop() { faces_->Link().Stop(); }

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/dbus/setup_calls.h"
+
 class Publication;
 
 /// The automation objects and the item links on the session bus, as `org.tarvex.Manager`. Lives in the program's
@@ -15,6 +17,9 @@ class BusAdapter {
   ~BusAdapter();
   BusAdapter(const BusAdapter&) = delete;
   BusAdapter& operator=(const BusAdapter&) = delete;
+
+  /// Lets programs that change settings files make `calls`; without them there is no such object. Before `Start`.
+  void OfferSetup(SetupCalls calls);
 
   /// Connects to the session bus, now or as soon as there is one, and again after it went away.
   void Start();

@@ -9,6 +9,21 @@
 
 #include "platform/posix/file_fault.h"
 
+namespace {
+
+/// The folder itself is locked: that works on a full or read-only disk too and leaves no file behind.
+Descriptor OpenFolder(const std::string& path) {
+  Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder) RaiseFileFault(path, "used as the program's folder", errno);
+  return folder;
+}
+
+bool IsLockedByOther(const Descriptor& folder, int operation) {
+  return flock(folder.Get(), operation | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+}  // namespace
+
 PosixSystem::PosixSystem(std::string programFolder, DisplaySize display)
     : programFolder_(std::move(programFolder)), display_(display) {}
 
@@ -20,13 +35,17 @@ int PosixSystem::GetSystemMetrics(int index) const {
 
 bool PosixSystem::PreviousInstance() {
   if (lock_) return false;
-  // The folder itself is locked: that works on a full or read-only disk too and leaves no file behind.
-  Descriptor folder(open(programFolder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folder) RaiseFileFault(programFolder_, "used as the program's folder", errno);
-  if (flock(folder.Get(), LOCK_EX | LOCK_NB) != 0) return errno == EWOULDBLOCK;
+  constexpr int kLooks = 5;  // the lock may be that of a look, which is over in no time
+  Descriptor folder = OpenFolder(programFolder_);
+  for (int look = 1; IsLockedByOther(folder, LOCK_EX); ++look) {
+    if (look == kLooks) return true;
+    Sleep(10);
+  }
   lock_ = std::move(folder);
   return false;
 }
+
+bool PosixSystem::CopyRunsIn(const std::string& folder) { return IsLockedByOther(OpenFolder(folder), LOCK_SH); }
 
 std::int64_t PosixSystem::WallSeconds() const {
   timespec now{};

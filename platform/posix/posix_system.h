@@ -25,6 +25,9 @@ class PosixSystem : public System {
   /// the lock. Where the folder cannot be locked at all, no other copy can be told. Raises 53, 70 or 75 if there
   /// is no such folder.
   bool PreviousInstance() override;
+  /// True if a copy works in `folder` now. Holds the lock for the moment of the look alone, together with others that
+  /// look. Raises 53, 70 or 75 if there is no such folder.
+  static bool CopyRunsIn(const std::string& folder);
   std::int64_t WallSeconds() const override;
   std::int64_t Milliseconds() const override { return MonotonicMilliseconds(); }
   std::string DateTimeText() const override;
