@@ -15,6 +15,6 @@ void RequestFirstInitialisation(Tables& tables);
 void FirstInitialisation(Engine& engine, int& ch);
 
 /// Visit to a channel that is not connected: retries the terminal link, opens the channel again if its setup
-/// asked for it (`ReinitChannel`, `ChanReopenPending`) or if the device has appeared that was not there when it was opened
-/// (`ChanDeviceMissing`), otherwise keeps its weights empty.
+/// asked for it (`ReinitChannel`, `ChanReopenPending`) or if the device has appeared that was not there
+/// when it was opened (`ChanDeviceMissing`), otherwise keeps its weights empty.
 void ServeUnconnectedChannel(Engine& engine, int ch);

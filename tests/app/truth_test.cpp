@@ -7,6 +7,7 @@
 #include "config/channel_file.h"
 #include "core/gdi_timer.h"
 #include "core/initialisation.h"
+#include "core/reload.h"
 #include "core/scan_engine.h"
 #include "core/shutdown.h"
 #include "core/startup.h"
@@ -252,6 +253,15 @@ constexpr Moment kMoments[] = {
        }
      },
      Expected::NothingFalse},
+    {"settings taken from a changed file", [](TruthPlant& plant) { ReloadChannel(plant.live, kCh); },
+     Expected::NothingFalse},
+    {"settings taken from a changed file, and opened",
+     [](TruthPlant& plant) {
+       ReloadChannel(plant.live, kCh);
+       plant.Silence(1);
+       for (int tick = 0; tick < 3; ++tick) plant.Send(kFrame);
+     },
+     Expected::Weight},
     {"scan held", HoldScan, Expected::NothingFalse},
     {"scan held, and on again",
      [](TruthPlant& plant) {

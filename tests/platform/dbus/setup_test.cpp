@@ -109,6 +109,8 @@ TEST_F(RunningManagerTest, OneChannelTakesItsFileAgainAndAgainAndNoStreamOfItsNe
     for (int ch : {0, 1}) Weigh(ch, 10);
     return client.Number(kNeighbour, "CGross") == 10 && client.Number(kEdited, "CGross") == 10;
   })) << program.Errors();
+  Weigh(1, 11);
+  ASSERT_TRUE(Until([&] { return client.Number(kEdited, "CGross") == 11; }));  // nothing of before is under way
   EXPECT_TRUE(manager_.IsThere());
   EXPECT_EQ(manager_.EditedChannel(), 0);
   client.Listen();
@@ -116,7 +118,7 @@ TEST_F(RunningManagerTest, OneChannelTakesItsFileAgainAndAgainAndNoStreamOfItsNe
   client.ForgetSignals();
 
   std::chrono::steady_clock::duration held{};
-  for (int weight = 11; weight < 31; ++weight) {
+  for (int weight = 12; weight < 32; ++weight) {
     Weigh(0, weight);
     WriteChannel(1, "Scale " + std::to_string(weight));
     client.WaitForBus();
