@@ -10,10 +10,9 @@
 #include "core/fixed_tables.h"
 #include "core/initialisation.h"
 #include "core/offline.h"
+#include "core/setting_limits.h"
 
 namespace {
-
-constexpr int kLastProtocol = 41;
 
 /// What the reading of a channel's file writes.
 constexpr std::tuple kSettings{
@@ -70,7 +69,7 @@ void RefuseWhileEdited(const Tables& tables, const std::string& what) {
 void ReadFormat(Engine& engine, int proto) {
   engine.configuration.CfgProc(CfgAction::ReadFormatFile, proto);
   if (const auto& fault = engine.tables.ProtoFault[proto]) throw RunTimeError(*fault);
-  UseNewFormat(engine.tables, proto);
+  FindDecimalsAnew(engine.tables, proto);
 }
 
 /// Reads the file, and the format that it asks for unless that stands in the tables already.
@@ -78,6 +77,7 @@ void ReadSettings(Engine& engine, int ch, int protoBefore) {
   Tables& tables = engine.tables;
   engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
   if (tables.ChanEnabled[ch] == False) return;
+  if (const auto unusable = UnusableSetting(tables, ch)) throw RunTimeError(*unusable);
   const int proto = tables.ChanProtocol[ch];
   const bool stands = proto == protoBefore && proto <= kLastFormatReadAtStart && !tables.ProtoFault[proto];
   if (!stands) ReadFormat(engine, proto);
@@ -134,16 +134,10 @@ void ReloadProtocol(Engine& engine, int proto) {
   WriteActivity(engine, "Protocol: " + std::to_string(proto) + "  Format Read Again");
 }
 
-void UseNewFormat(Tables& tables, int proto) {
+void FindDecimalsAnew(Tables& tables, int proto) {
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
     if (tables.ChanProtocol[ch] != proto) continue;
-    // A point that the format of before found in the stream may not get into weights of the new one.
     tables.ChanStatusDecimals[ch] = False;
     tables.ChanDecimalsKnown[ch] = False;
-    const bool isOpenedAnyway = tables.ChanReopenPending[ch] == True || tables.ReinitChannel == ch;
-    if (tables.ChanFormatRefused[ch] == False || isOpenedAnyway || tables.EditedChannel == ch) continue;
-    tables.ChanFormatRefused[ch] = False;
-    tables.ChanEnabled[ch] = True;  // as in its file; the fault alone kept it closed
-    tables.ChanReopenPending[ch] = True;
   }
 }

@@ -14,6 +14,6 @@ void ReloadChannel(Engine& engine, int ch);
 /// Raises as above, 5 while a channel of the protocol is being edited.
 void ReloadProtocol(Engine& engine, int proto);
 
-/// To be called when the format of `proto` has been put in place anew and is good: its channels look for the decimal
-/// places again, and those that stayed closed because of its fault are opened by the next tick.
-void UseNewFormat(Tables& tables, int proto);
+/// To be called when a changed format of `proto` has been put in place: a point that the one of before found in the
+/// stream may not get into weights of the new one.
+void FindDecimalsAnew(Tables& tables, int proto);

@@ -9,6 +9,7 @@
 #include "core/fixed_tables.h"
 #include "core/lamps.h"
 #include "core/offline.h"
+#include "core/reload.h"
 
 namespace {
 
@@ -119,6 +120,7 @@ void ChannelSetup::SaveProtocol(int proto) {
   Configuration& configuration = engine_.configuration;
   configuration.CfgProc(CfgAction::ScreenToProtocol, proto);
   configuration.CfgProc(CfgAction::WriteFormatFile, proto);
+  FindDecimalsAnew(engine_.tables, proto);
   // Both files are written; what the new one raises keeps the channel closed and says so.
   Try([&] { configuration.CfgProc(CfgAction::ReadFormatFile, proto); });
   configuration.CfgProc(CfgAction::ProtocolToScreen, proto);
