@@ -7,6 +7,7 @@
 
 #include "app/setup_calls.h"
 #include "core/error_trap.h"
+#include "core/fixed_tables.h"
 #include "core/gdi_timer.h"
 #include "core/scan_engine.h"
 #include "core/shutdown.h"
@@ -73,9 +74,17 @@ void Desktop::ConnectTimers() {
   events_.GDITimer().OnTick([this] { GDITimerTick(manager_.Parts()); });
 }
 
-std::string Desktop::DescribePort(int comNumber) const {
+/// The device behind a COM number, and what stands in the way of the channel that is edited.
+std::string Desktop::DescribePort(int comNumber) {
   try {
-    return addresses_.AddressOf(comNumber);
+    const std::string address = addresses_.AddressOf(comNumber);
+    for (int ch = 0; ch <= manager_.Store().MaxChannel; ++ch) {
+      const SerialPort& port = ports_.Port(ch);
+      if (ch == manager_.Setup().Channel() || !port.PortOpen() || port.CommPort() != comNumber) continue;
+      return address + ": in use by channel " + DisplayNumber(ch);
+    }
+    const std::string condition = Describe(portProbe_.Look(address));
+    return condition.empty() ? address : address + ": " + condition;
   } catch (const RunTimeError& fault) {
     return fault.Description();
   }

@@ -11,6 +11,7 @@
 #include "platform/absent/opc.h"
 #include "platform/dbus/bus_adapter.h"
 #include "platform/posix/posix_files.h"
+#include "platform/posix/posix_port_probe.h"
 #include "platform/posix/posix_serial_ports.h"
 #include "platform/posix/posix_system.h"
 #include "platform/qt/qt_event_loop.h"
@@ -32,7 +33,7 @@ class Desktop {
   /// Everything from the files to the first form; with each box of it in the message loop.
   void Start();
   void ConnectTimers();
-  std::string DescribePort(int comNumber) const;
+  std::string DescribePort(int comNumber);
   void Tell(const std::string& text);
   void LogMissingSpeech(const std::string& why);
   void End();
@@ -43,6 +44,7 @@ class Desktop {
   PosixFiles files_;
   PortAddresses addresses_;
   PosixSerialPorts ports_;
+  PosixPortProbe portProbe_;
   QtEventLoop events_;
   MessageBoxes boxes_;
   Speech speech_;

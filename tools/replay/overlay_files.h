@@ -6,7 +6,7 @@
 
 #include "platform/files.h"
 
-/// The program's folder as a replay sees it: read from the disk, with other files in the place of some, and never
+/// The program's folder as a tool sees it: read from the disk, with other files in the place of some, and never
 /// written. What is written stays in memory, and what is appended can be taken from here.
 class OverlayFiles : public Files {
  public:
@@ -19,6 +19,8 @@ class OverlayFiles : public Files {
 
   /// Has the file `path` read from `source`.
   void PutInPlace(const std::string& path, const std::string& source) { sources_[path] = source; }
+  /// What has been written in place of files of the disk, by path.
+  const std::map<std::string, std::string>& Written() const { return written_; }
   /// All lines appended since the last call, in order.
   std::vector<Line> TakeLines();
   /// The text with the file that is really read in place of the one that it names.
