@@ -184,6 +184,7 @@ LiveLine LiveListener::Look(std::optional<FieldId> focus, std::int64_t now) {
   } catch (const RunTimeError& fault) {
     line.value = fault.Description();
   }
+  scratch_->ChanStream[channel_] = line.stream;  // as received, for the next look
   return line;
 }
 

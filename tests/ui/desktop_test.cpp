@@ -87,24 +87,40 @@ TEST_F(DesktopTest, ThePanelShowsAWeightWithAGreenLampAndATareOfZeroBlank) {
   EXPECT_EQ(plant.panel.findChild<QLabel*>("lfy")->text(), "120");
 }
 
-TEST_F(DesktopTest, AChannelIsSetUpWhileTheRowsBesideTheScreenGoOn) {
+TEST_F(DesktopTest, AChannelIsSetUpWhileElevenOthersGoOn) {
+  for (int ch = 0; ch < 12; ++ch) plant.Connect(ch);
+  plant.engine.configuration.CfgProc(CfgAction::WriteFormatFile, 10);
+  plant.engine.configuration.CfgProc(CfgAction::WriteChannelFile, 6);
+  int weight = 1000;
+  // Each stream of the eleven is shown by the tick that it came in; the twelfth shows nothing.
+  const auto expectAllInTime = [&] {
+    const std::string text = std::to_string(++weight);
+    for (std::size_t ch = 0; ch < 12; ++ch) plant.plant.ports.port[ch].waiting += "  " + text + "\n";
+    plant.Tick(0, "");
+    for (int ch = 0; ch < 12; ++ch) EXPECT_EQ(plant.tables.ChanGross[ch], ch == 6 ? "" : "  " + text) << ch;
+  };
   desktop.Click(plant.Button("cmdSetup(6)"));
   ASSERT_TRUE(WaitFor([&] { return plant.setupForm.isActiveWindow(); }));
   EXPECT_FALSE(plant.panel.isEnabled());
   EXPECT_TRUE(WaitFor([&] { return plant.tables.ScreenPainted == True; })) << "the rows are drawn again";
-  plant.Tick(kCh, "  1250\n");
+  expectAllInTime();
   const QPoint lamp = Cell(kCh, Item::Rx).topLeft() + QPoint(6, 6);
   EXPECT_TRUE(WaitFor([&] { return desktop.Picture().pixelColor(lamp) == QColor(0, 255, 0); }));
 
   auto* const description = plant.setupForm.findChild<QLineEdit*>("tDeviceDesc");
   description->setFocus();
-  desktop.Input("type SILO");
+  for (const char* letter : {"S", "I", "L", "O"}) {
+    desktop.Input(QString("key ") + letter);
+    expectAllInTime();
+  }
   EXPECT_TRUE(WaitFor([&] { return description->text() == "SILO"; })) << "the text was selected on entry";
   desktop.Input("key alt+o");
   EXPECT_TRUE(WaitFor([&] { return plant.panel.isActiveWindow() && plant.panel.isEnabled(); }));
   EXPECT_EQ(plant.panel.focusWidget()->objectName(), "cmdSetup(6)");
   EXPECT_EQ(plant.tables.ChanDeviceDesc[6], "SILO");
-  EXPECT_EQ(plant.tables.ReinitChannel, 6);
+  plant.Tick(6, "");
+  plant.Tick(6, "  2000\n");
+  EXPECT_EQ(plant.tables.ChanStatusText[6], "Online...");
 
   desktop.Click(plant.Button("cmdSetup(6)"));
   ASSERT_TRUE(WaitFor([&] { return plant.setupForm.isActiveWindow(); }));

@@ -1,0 +1,137 @@
+#include <fstream>
+#include <map>
+
+#include "config/setup/check.h"
+#include "tests/config/config_plant.h"
+
+namespace {
+
+/// A machine whose ports are as the test says.
+class Ports : public PortProbe {
+ public:
+  std::map<std::string, PortCondition> condition;
+  PortCondition Look(const std::string& address) override { return condition[address]; }
+};
+
+class SetupCheckTest : public testing::Test {
+ protected:
+  static std::string Lines(const Findings& findings) {
+    std::string lines;
+    for (const Finding& finding : findings) lines += finding.Line() + "\n";
+    return lines;
+  }
+  void Row(int row, const std::vector<std::string>& cells, int proto = kProto) {
+    for (int column = 0; column < 6; ++column) {
+      tables.ProtoStatusTable[proto].SetCell(row, column, cells[static_cast<std::size_t>(column)]);
+    }
+  }
+
+  static constexpr int kProto = 10;
+  ConfigPlant plant;
+  Tables& tables = plant.tables;
+  Ports probe;
+  PortsOfMachine ports{.addressOf = [](int number) { return "/dev/ttyS" + std::to_string(number % 10); },
+                       .probe = probe,
+                       .takesSettings = [](const std::string& settings) { return !settings.starts_with("1200"); },
+                       .expectedHolders = {"tarvex"}};
+};
+
+TEST_F(SetupCheckTest, ShippedFormatsAreFoundGood) {
+  for (const auto& [proto, name] : {std::pair{1, "OVShortFmt"}, {2, "OVStdFmt"}}) {
+    std::ifstream file(std::string(FORMATS_FOLDER) + "/Tarvex-Std-" + name + ".Cfg", std::ios::binary);
+    plant.File(std::string("Tarvex-Std-") + name + ".Cfg") = std::string(std::istreambuf_iterator<char>(file), {});
+    ASSERT_EQ(plant.Run(CfgAction::ReadFormatFile, proto), "");
+    EXPECT_EQ(Lines(CheckProtocol(tables, proto)), "");
+  }
+}
+
+TEST_F(SetupCheckTest, WhatIsQuestionableInAFormatIsNamedWithItsLineAndCure) {
+  tables.ProtoMaxStream[kProto] = 20;
+  const struct {
+    std::vector<std::string> row;
+    const char* told;
+  } rows[] = {
+      {{"Motion", "1 / MOTION", "2b3", "1b1", "8", "X"}, ""},
+      {{"Motion", "1 / MOTION", "2b3", "1b1", "9", "X"}, "the bits that it looks at can never be \"9\""},
+      {{"Motion", "1 / MOTION", "2b9", "1b1", "8", "X"}, "\"2b9\" gives no first bit"},
+      {{"Motion", "1 / MOTION", "2", "1", "256", "X"}, "can never be \"256\""},
+      {{"Motion", "1 / MOTION", "2", "2", "M", "X"}, "\"M\" can never be found in 2 characters"},
+      {{"Motion", "1 / MOTION", "0", "1", "8", "X"}, "it has no position"},
+      {{"Motion", "1 / MOTION", "21", "1", "8", "X"}, "it looks at character 21 of a stream of 20"},
+      {{"Motion", "9 / MOTION", "2", "1", "8", "X"}, "there is no DDE field \"9 / MOTION\""},
+      {{"Stable", "2 / MODE", "2", "1", "8", "X"}, "it means nothing for the DDE field \"2 / MODE\""},
+      {{"Motion", "1 / MOTION", "2", "1", "8", "x"}, "\"x\" does not enable it"},
+  };
+  for (const auto& c : rows) {
+    Row(0, c.row);
+    const std::string lines = Lines(CheckProtocol(tables, kProto));
+    EXPECT_EQ(lines.empty(), *c.told == '\0') << lines;
+    EXPECT_NE(lines.find(c.told), std::string::npos) << lines;
+    EXPECT_TRUE(lines.empty() || lines.starts_with("Tarvex-Std-CustFmt1.Cfg, line 17 (")) << lines;
+  }
+  Row(0, {"Decimal Place XXXX.XX", "(WEIGHT)", "2b0", "1b3", "4", "X"}, 33);
+  EXPECT_NE(Lines(CheckProtocol(tables, 33)).find("custom formats 24 and up"), std::string::npos);
+  Row(0, rows[0].row);
+  Row(2, rows[0].row);
+  EXPECT_NE(Lines(CheckProtocol(tables, kProto)).find("line 19 (Motion): it stands behind an empty row"),
+            std::string::npos);
+  for (int row = 0; row < 100; ++row) Row(row, rows[0].row);
+  EXPECT_NE(Lines(CheckProtocol(tables, kProto)).find("the table has no empty row"), std::string::npos);
+  tables.ProtoStatusTable[kProto].Clear();
+
+  tables.ProtoStartChar[kProto] = 300;
+  tables.ProtoGrossEnable[kProto] = tables.ProtoTareEnable[kProto] = tables.ProtoNetEnable[kProto] = True;
+  tables.ProtoGrossPos[kProto] = 2;
+  tables.ProtoGrossLen[kProto] = 12;
+  tables.ProtoTarePos[kProto] = 16;
+  tables.ProtoTareLen[kProto] = 5;
+  tables.ProtoNetPos[kProto] = 1;
+  for (int command : {0, 1, 2}) tables.ProtoCmdEnabled[command][kProto] = True;
+  tables.ProtoCmdText[0][0][kProto] = "W~~";
+  for (int command : {0, 1}) tables.ProtoCmdText[2][command][kProto] = "7";
+  const std::string lines = Lines(CheckProtocol(tables, kProto));
+  for (const char* told :
+       {"ProtoStartChar: found 300", "ProtoTarePos: the field ends at character 20 of a stream of 20",
+        "ProtoNetPos: the field is enabled with a length of 0", "line 7: the device text ends in \"~\"",
+        "line 8: the code 7 is also that of line 7", "line 9: \"\" is no code"}) {
+    EXPECT_NE(lines.find(told), std::string::npos) << told << " in\n" << lines;
+  }
+  tables.ProtoTareEnable[kProto] = False;
+  EXPECT_NE(Lines(CheckProtocol(tables, kProto)).find("20 characters do not hold two frames of 14"), std::string::npos);
+}
+
+TEST_F(SetupCheckTest, WhatIsQuestionableOnAChannelIsNamedWithItsCure) {
+  tables.ChanPortSetup[4] = 33;
+  tables.ChanPrimaryUnits[4] = 13;
+  EXPECT_EQ(Lines(CheckChannel(tables, 4, ports)),
+            "Tarvex-SCALE5.Cfg, ChanPrimaryUnits: found 13, so the Units lamp stays dark; possible are 0 to 12\n");
+  tables.ChanPrimaryUnits[4] = 0;
+  tables.ChanEnabled[4] = True;
+  const struct {
+    PortCondition condition;
+    const char* told;
+  } cases[] = {
+      {{PortState::Free}, ""},
+      {{PortState::NotPresent}, "COM1, /dev/ttyS1: not present; plug it in"},
+      {{PortState::NoPermission, "dialout"}, "no permission (group dialout); have the user taken into that group"},
+      {{PortState::InUse, "minicom (4711)"}, "in use by minicom (4711); end that program"},
+      {{PortState::InUse, "tarvex (12)"}, ""},
+  };
+  for (const auto& c : cases) {
+    probe.condition["/dev/ttyS1"] = c.condition;
+    const std::string lines = Lines(CheckChannel(tables, 4, ports));
+    EXPECT_EQ(lines.empty(), *c.told == '\0') << lines;
+    EXPECT_NE(lines.find(c.told), std::string::npos) << lines;
+  }
+  tables.ChanPortSetup[4] = 0;
+  EXPECT_NE(Lines(CheckChannel(tables, 4, ports)).find("does not take 1200,N,7,1"), std::string::npos);
+
+  tables.MaxChannel = 31;
+  tables.ChanEnabled[6] = True;
+  tables.ChanPort[6] = 10;  // another number, the same device
+  EXPECT_EQ(Lines(CheckSharedPorts(tables, ports)),
+            "Tarvex-SCALE7.Cfg, ChanPort: COM11, /dev/ttyS1, is also the port of channel 5; give each channel a port "
+            "of its own, or disable one\n");
+}
+
+}  // namespace
