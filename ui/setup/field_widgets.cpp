@@ -1,13 +1,14 @@
 #include "ui/setup/field_widgets.h"
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTimer>
 #include <QToolTip>
+#include <utility>
 
 #include "config/setup/typed_text.h"
 #include "platform/qt/text.h"
@@ -46,7 +47,12 @@ class TextField : public QLineEdit {
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
     if (!Row().selectedOnEntry) return;
-    QTimer::singleShot(0, this, &QLineEdit::selectAll);  // a click would put the caret after this
+    selectAll();
+    selectOnRelease_ = event->reason() == Qt::MouseFocusReason;  // the click itself puts the caret somewhere
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QLineEdit::mouseReleaseEvent(event);
+    if (std::exchange(selectOnRelease_, false) && !hasSelectedText()) selectAll();
   }
   void keyPressEvent(QKeyEvent* event) override {
     const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
@@ -75,6 +81,34 @@ class TextField : public QLineEdit {
 
   SetupModel& model_;
   FieldId field_;
+  bool selectOnRelease_ = false;
+};
+
+/// A list that a turn of the wheel over it does not change, and in which blanks belong to the text that is typed to
+/// find an item.
+class ListField : public QComboBox {
+ public:
+  using QComboBox::QComboBox;
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+  void keyPressEvent(QKeyEvent* event) override {
+    constexpr int kTypedOnMs = 1000;
+    const bool typesOn = sinceTyped_.isValid() && sinceTyped_.elapsed() < kTypedOnMs;
+    if (event->text().isEmpty() || !event->text().at(0).isPrint() || (event->text() == " " && !typesOn)) {
+      return QComboBox::keyPressEvent(event);
+    }
+    typed_ = (typesOn ? typed_ : QString()) + event->text();
+    sinceTyped_.start();
+    const int found = findText(typed_, Qt::MatchStartsWith);
+    if (found < 0 || found == currentIndex()) return;
+    setCurrentIndex(found);
+    emit activated(found);
+  }
+
+ private:
+  QString typed_;
+  QElapsedTimer sinceTyped_;
 };
 
 void ShowList(QComboBox& list, const SetupField& field) {
@@ -142,8 +176,9 @@ QWidget* FieldWidgets::Make(Control control, int element, QWidget* parent) {
 }
 
 QWidget* FieldWidgets::MakeList(FieldId field, QWidget* parent) {
-  auto* const list = new QComboBox(parent);
-  list->setMaxVisibleItems(18);
+  auto* const list = new ListField(parent);
+  list->setMaxVisibleItems(16);
+  list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   QObject::connect(list, &QComboBox::activated, list, [this, field](int index) { model_.SetIndex(field, index); });
   return list;
 }
