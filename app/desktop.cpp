@@ -83,8 +83,9 @@ std::string Desktop::DescribePort(int comNumber) {
       if (ch == manager_.Setup().Channel() || !port.PortOpen() || port.CommPort() != comNumber) continue;
       return address + ": in use by channel " + DisplayNumber(ch);
     }
-    const std::string condition = Describe(portProbe_.Look(address));
-    return condition.empty() ? address : address + ": " + condition;
+    const PortStanding standing = portProbe_.LookAt(address);
+    const std::string hindrance = standing.ours ? "" : PortStandingText(standing);  // ours: the edited channel's own
+    return hindrance.empty() ? address : address + ": " + hindrance;
   } catch (const RunTimeError& fault) {
     return fault.Description();
   }

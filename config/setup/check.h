@@ -24,18 +24,16 @@ using Findings = std::vector<Finding>;
 struct PortsOfMachine {
   /// Address behind a COM number. Raises 8002 for a port that a damaged line of the ports file has closed.
   std::function<std::string(int comNumber)> addressOf;
-  PortProbe& probe;
-  /// Whether the adapter can set these line settings.
-  std::function<bool(const std::string& settings)> takesSettings;
-  /// Holders that are no finding, such as the manager itself: the beginning of `PortCondition::detail`.
-  std::vector<std::string> expectedHolders{};
+  const PortProbe& probe;
+  int manager = 0;  ///< process that runs on these settings and may hold the ports; 0 for none
 };
 
-/// Settings of channel `ch` as they stand in the tables. Its port is looked at if the channel is enabled.
-Findings CheckChannel(const Tables& tables, int ch, const PortsOfMachine& ports);
+/// Settings of channel `ch` as they stand in the tables, but for its port.
+Findings CheckChannel(const Tables& tables, int ch, const PortProbe& probe);
 
-/// Ports that more than one enabled channel uses, by number or by address, up to `MaxChannel`.
-Findings CheckSharedPorts(const Tables& tables, const PortsOfMachine& ports);
+/// Ports of the enabled channels up to `MaxChannel`: what stands in the way of opening them, and those that more than
+/// one channel uses, by number or by device.
+Findings CheckPorts(const Tables& tables, const PortsOfMachine& ports);
 
 /// The record of protocol `proto`, 1 to 41.
 Findings CheckProtocol(const Tables& tables, int proto);

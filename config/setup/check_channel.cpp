@@ -33,47 +33,42 @@ bool UsesSerialPort(const Tables& tables, int ch) {
          tables.ChanPort[ch] >= 0 && tables.ChanPort[ch] <= kLastPort;
 }
 
-/// Address of the channel's port; nothing if the ports file has closed it, which is a finding of its own.
-std::optional<std::string> AddressOf(const Tables& tables, int ch, const PortsOfMachine& ports) {
-  try {
-    return ports.addressOf(tables.ChanPort[ch] + 1);
-  } catch (const RunTimeError&) {
-    return std::nullopt;
+/// What stands in the way of opening the port of channel `ch`, if that is so.
+std::optional<Finding> PortFinding(int ch, const std::string& port, const PortStanding& standing, int manager) {
+  using State = PortStanding::State;
+  const auto finding = [&](const std::string& cure) {
+    return Finding{FileOf(ch), "ChanPort", port + ": " + PortStandingText(standing), cure};
+  };
+  switch (standing.state) {
+    case State::Present:
+    case State::Unknown:
+      return std::nullopt;
+    case State::NotPresent:
+      return finding("plug it in, or give the port its address in Tarvex-Ports.Cfg");
+    case State::NotADevice:
+      return finding("give the port the path of its device, or tcp://host:port, in Tarvex-Ports.Cfg");
+    case State::NoPermission:
+      return finding(standing.groupMayUse ? "have the user taken into that group, and log in again"
+                                          : "let the device's group read and write it, and take the user into it");
+    case State::InUse:
+      if (standing.ours || standing.pid == manager) return std::nullopt;
+      return finding("end that program, or choose another port");
   }
+  return std::nullopt;
 }
 
-std::string CureOf(PortState state) {
-  switch (state) {
-    case PortState::NotPresent:
-      return "plug it in, or give the port its address in Tarvex-Ports.Cfg";
-    case PortState::NoPermission:
-      return "have the user taken into that group, and log in again";
-    default:
-      return "end that program, or choose another port";
+/// An enabled channel's port.
+struct UsedPort {
+  int ch;
+  std::string address;
+  std::string Name(const Tables& tables) const {
+    return "COM" + std::to_string(tables.ChanPort[ch] + 1) + ", " + address;
   }
-}
-
-bool IsExpected(const std::string& holder, const PortsOfMachine& ports) {
-  return std::any_of(ports.expectedHolders.begin(), ports.expectedHolders.end(),
-                     [&](const std::string& expected) { return holder.starts_with(expected + " "); });
-}
-
-void CheckPort(const Tables& tables, int ch, const PortsOfMachine& ports, Findings& findings) {
-  const std::string name = "COM" + std::to_string(tables.ChanPort[ch] + 1);
-  try {
-    const std::string address = ports.addressOf(tables.ChanPort[ch] + 1);
-    const PortCondition found = ports.probe.Look(address);
-    const std::string described = Describe(found);
-    if (described.empty() || (found.state == PortState::InUse && IsExpected(found.detail, ports))) return;
-    findings.push_back({FileOf(ch), "ChanPort", name + ", " + address + ": " + described, CureOf(found.state)});
-  } catch (const RunTimeError& fault) {
-    findings.push_back({FileOf(ch), "ChanPort", fault.Description(), "mend that line"});
-  }
-}
+};
 
 }  // namespace
 
-Findings CheckChannel(const Tables& tables, int ch, const PortsOfMachine& ports) {
+Findings CheckChannel(const Tables& tables, int ch, const PortProbe& probe) {
   Findings findings;
   for (const ListSetting& list : kLists) {
     const std::int32_t value = (tables.*list.table)[ch];
@@ -81,28 +76,37 @@ Findings CheckChannel(const Tables& tables, int ch, const PortsOfMachine& ports)
     findings.push_back({FileOf(ch), list.name, "found " + std::to_string(value) + ", so " + list.use,
                         "possible are 0 to " + std::to_string(list.last)});
   }
-  if (!UsesSerialPort(tables, ch)) return findings;
-  CheckPort(tables, ch, ports, findings);
   const std::int32_t setup = tables.ChanPortSetup[ch];
-  if (setup >= 0 && setup <= kLastPortSetup && !ports.takesSettings(tables.PortSettingsTable[setup])) {
+  if (UsesSerialPort(tables, ch) && setup >= 0 && setup <= kLastPortSetup &&
+      !probe.CanSet(tables.PortSettingsTable[setup])) {
     findings.push_back({FileOf(ch), "ChanPortSetup", "the serial port does not take " + tables.PortSettingsTable[setup],
                         "choose another speed"});
   }
   return findings;
 }
 
-Findings CheckSharedPorts(const Tables& tables, const PortsOfMachine& ports) {
+Findings CheckPorts(const Tables& tables, const PortsOfMachine& ports) {
   Findings findings;
-  std::map<std::string, int> firstOf;
+  std::vector<UsedPort> used;
+  std::vector<std::string> addresses;
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
     if (!UsesSerialPort(tables, ch)) continue;
-    const auto address = AddressOf(tables, ch, ports);
-    if (!address) continue;
-    const auto [first, isNew] = firstOf.emplace(*address, ch);
+    try {
+      used.push_back({ch, ports.addressOf(tables.ChanPort[ch] + 1)});
+      addresses.push_back(used.back().address);
+    } catch (const RunTimeError& fault) {
+      findings.push_back({FileOf(ch), "ChanPort", fault.Description(), "mend that line"});
+    }
+  }
+  const std::vector<PortStanding> standings = ports.probe.LookAtAll(addresses);
+  std::map<std::string, int> firstOf;
+  for (std::size_t i = 0; i < used.size(); ++i) {
+    const auto& [ch, address] = used[i];
+    const std::string name = used[i].Name(tables);
+    if (auto finding = PortFinding(ch, name, standings[i], ports.manager)) findings.push_back(std::move(*finding));
+    const auto [first, isNew] = firstOf.emplace(standings[i].device, ch);
     if (isNew) continue;
-    findings.push_back({FileOf(ch), "ChanPort",
-                        "COM" + std::to_string(tables.ChanPort[ch] + 1) + ", " + *address +
-                            ", is also the port of channel " + DisplayNumber(first->second),
+    findings.push_back({FileOf(ch), "ChanPort", name + ", is also the port of channel " + DisplayNumber(first->second),
                         "give each channel a port of its own, or disable one"});
   }
   return findings;

@@ -53,6 +53,8 @@ class FormatCheck {
   void CheckRow(int row);
   void CheckPartial(int row, int column, const char* what);
   void CheckMask(int row, const StatusRule& rule);
+  void NoteFrame(const StatusRule& rule);
+  bool SendsWithoutPause() const;
   void CheckStreamLength();
   void CheckCommands();
 
@@ -60,7 +62,8 @@ class FormatCheck {
   int proto_;
   const StatusTable& status_;
   std::string file_;
-  int longest_ = 0;
+  int longest_ = 0;  ///< characters that a frame has at least, terminator included
+  int guard_ = 0;    ///< character that a frame must not have, by a row that refuses longer ones; 0 for none
   Findings findings_;
 };
 
@@ -142,6 +145,7 @@ void FormatCheck::CheckRow(int row) {
         row, "it looks at character " + std::to_string(need - 1) + " of a stream of " + std::to_string(StreamLength()),
         "Max Stream Length has to be above it");
   }
+  NoteFrame(rule);
   CheckMask(row, rule);
 }
 
@@ -169,13 +173,47 @@ void FormatCheck::CheckMask(int row, const StatusRule& rule) {
          "the mask is the value of the byte with all other bits 0");
 }
 
-/// How long a frame is the format does not say; as long as its farthest field it is in any case.
+/// What a row says of the length of a frame. A row of errors proves nothing of what a good frame holds, but for one
+/// that looks behind everything else for a character that must not be there.
+void FormatCheck::NoteFrame(const StatusRule& rule) {
+  const bool error = rule.action == StatusAction::Error || rule.action == StatusAction::ErrorOutOfRange;
+  if (!error) return Need(rule.position + rule.length);
+  if (!rule.text && rule.length == 0 && rule.expected > 0) guard_ = std::max(guard_, rule.position);
+}
+
+/// A device is taken for one unless all channels on it ask for their data.
+bool FormatCheck::SendsWithoutPause() const {
+  bool polled = false;
+  for (int ch = 0; ch < kChannels; ++ch) {
+    if (tables_.ChanEnabled[ch] != True || tables_.ChanProtocol[ch] != proto_) continue;
+    if (tables_.ChanPollForData[ch] == False) return true;
+    polled = true;
+  }
+  return !polled;
+}
+
+/// The last two frames always hold a whole one, and the newest. How long a frame is, a guard tells exactly; otherwise
+/// it is as long as its farthest field at least.
 void FormatCheck::CheckStreamLength() {
-  if (longest_ == 0 || longest_ > StreamLength() || 2 * longest_ <= StreamLength()) return;
-  Add("ProtoMaxStream",
-      std::to_string(StreamLength()) + " characters do not hold two frames of " + std::to_string(longest_) +
-          ", so of a device that sends without pause frames are lost",
-      "twice the length of a frame is right");
+  constexpr int kDefaultStream = 48;
+  constexpr int kUsualRest = 4;  // of a frame behind its last field
+  const int length = StreamLength();
+  if (!SendsWithoutPause() || longest_ == 0 || longest_ > length) return;
+  const bool exact = guard_ > longest_;
+  const int frame = exact ? guard_ - 1 : longest_;
+  const auto add = [&](const std::string& problem) {
+    Add("ProtoMaxStream", std::to_string(length) + problem + std::to_string(frame) + ", terminator included",
+        exact ? "write " + std::to_string(2 * frame) : "write twice the length of a frame");
+  };
+  if (length < 2 * frame) {
+    add(" characters do not hold two frames, so of a device that sends without pause frames are lost; a frame has " +
+        std::string(exact ? "" : "at least "));
+  } else if (exact ? length > 2 * frame : length == kDefaultStream && length > 2 * (frame + kUsualRest)) {
+    add(" characters are more than two frames, so of a device that sends without pause the weight lags; a frame has " +
+        std::string(exact ? "" : "perhaps "));
+  } else if (length % 2 != 0) {
+    add(" characters are no two frames; a frame has at least ");
+  }
 }
 
 void FormatCheck::CheckCommands() {

@@ -1,17 +1,10 @@
 #include <fstream>
-#include <map>
 
 #include "config/setup/check.h"
+#include "platform/memory/memory_port_probe.h"
 #include "tests/config/config_plant.h"
 
 namespace {
-
-/// A machine whose ports are as the test says.
-class Ports : public PortProbe {
- public:
-  std::map<std::string, PortCondition> condition;
-  PortCondition Look(const std::string& address) override { return condition[address]; }
-};
 
 class SetupCheckTest : public testing::Test {
  protected:
@@ -29,11 +22,9 @@ class SetupCheckTest : public testing::Test {
   static constexpr int kProto = 10;
   ConfigPlant plant;
   Tables& tables = plant.tables;
-  Ports probe;
-  PortsOfMachine ports{.addressOf = [](int number) { return "/dev/ttyS" + std::to_string(number % 10); },
-                       .probe = probe,
-                       .takesSettings = [](const std::string& settings) { return !settings.starts_with("1200"); },
-                       .expectedHolders = {"tarvex"}};
+  MemoryPortProbe probe;
+  PortsOfMachine ports{
+      .addressOf = [](int number) { return "/dev/ttyS" + std::to_string(number % 10); }, .probe = probe, .manager = 12};
 };
 
 TEST_F(SetupCheckTest, ShippedFormatsAreFoundGood) {
@@ -97,40 +88,71 @@ TEST_F(SetupCheckTest, WhatIsQuestionableInAFormatIsNamedWithItsLineAndCure) {
     EXPECT_NE(lines.find(told), std::string::npos) << told << " in\n" << lines;
   }
   tables.ProtoTareEnable[kProto] = False;
-  EXPECT_NE(Lines(CheckProtocol(tables, kProto)).find("20 characters do not hold two frames of 14"), std::string::npos);
+  const auto lengthTold = [&](int length) {
+    tables.ProtoMaxStream[kProto] = length;
+    for (const Finding& finding : CheckProtocol(tables, kProto)) {
+      if (finding.field == "ProtoMaxStream") return finding.problem;
+    }
+    return std::string();
+  };
+  EXPECT_NE(lengthTold(20).find("do not hold two frames"), std::string::npos);
+  EXPECT_NE(lengthTold(20).find("at least 14"), std::string::npos);
+  EXPECT_NE(lengthTold(48).find("the weight lags"), std::string::npos);
+  EXPECT_NE(lengthTold(31).find("no two frames"), std::string::npos);
+  for (const int good : {28, 36, 60}) EXPECT_EQ(lengthTold(good), "");
+  Row(0, {"Invalidate", "0 / ERROR", "17b5", "0b1", "32", "X"});  // a frame has 16 characters
+  EXPECT_NE(lengthTold(30).find("a frame has 16,"), std::string::npos);
+  EXPECT_NE(lengthTold(36).find("the weight lags; a frame has 16,"), std::string::npos);
+  EXPECT_EQ(lengthTold(32), "");
+  tables.ChanEnabled[7] = tables.ChanPollForData[7] = True;
+  tables.ChanProtocol[7] = kProto;
+  EXPECT_EQ(lengthTold(36), "") << "a device that is asked for its data pauses";
 }
 
 TEST_F(SetupCheckTest, WhatIsQuestionableOnAChannelIsNamedWithItsCure) {
   tables.ChanPortSetup[4] = 33;
   tables.ChanPrimaryUnits[4] = 13;
-  EXPECT_EQ(Lines(CheckChannel(tables, 4, ports)),
+  EXPECT_EQ(Lines(CheckChannel(tables, 4, probe)),
             "Tarvex-SCALE5.Cfg, ChanPrimaryUnits: found 13, so the Units lamp stays dark; possible are 0 to 12\n");
   tables.ChanPrimaryUnits[4] = 0;
   tables.ChanEnabled[4] = True;
+  tables.ChanPortSetup[4] = 0;
+  probe.refused = {"1200,N,7,1"};
+  EXPECT_NE(Lines(CheckChannel(tables, 4, probe)).find("does not take 1200,N,7,1"), std::string::npos);
+}
+
+TEST_F(SetupCheckTest, WhatStandsInTheWayOfAPortIsNamedWithItsCure) {
+  tables.MaxChannel = 31;
+  tables.ChanEnabled[4] = True;
+  using State = PortStanding::State;
   const struct {
-    PortCondition condition;
+    PortStanding standing;
     const char* told;
   } cases[] = {
-      {{PortState::Free}, ""},
-      {{PortState::NotPresent}, "COM1, /dev/ttyS1: not present; plug it in"},
-      {{PortState::NoPermission, "dialout"}, "no permission (group dialout); have the user taken into that group"},
-      {{PortState::InUse, "minicom (4711)"}, "in use by minicom (4711); end that program"},
-      {{PortState::InUse, "tarvex (12)"}, ""},
+      {{State::Present}, ""},
+      {{State::NotPresent}, "COM1, /dev/ttyS1: not present; plug it in"},
+      {{State::NotADevice}, "COM1, /dev/ttyS1: not a serial device; give the port"},
+      {{.state = State::NoPermission, .group = "dialout", .groupMayUse = true},
+       "no permission (group dialout); have the user taken into that group"},
+      {{.state = State::NoPermission, .group = "dialout"}, "let the device's group read and write it"},
+      {{.state = State::InUse, .program = "minicom", .pid = 4711}, "in use by minicom (4711); end that program"},
+      {{.state = State::InUse, .program = "tarvexd", .pid = 12}, ""},  // the manager of these settings
+      {{.state = State::InUse, .program = "tarvexd", .pid = 13}, "in use by tarvexd (13)"},
   };
   for (const auto& c : cases) {
-    probe.condition["/dev/ttyS1"] = c.condition;
-    const std::string lines = Lines(CheckChannel(tables, 4, ports));
+    probe.standing["/dev/ttyS1"] = c.standing;
+    const std::string lines = Lines(CheckPorts(tables, ports));
     EXPECT_EQ(lines.empty(), *c.told == '\0') << lines;
     EXPECT_NE(lines.find(c.told), std::string::npos) << lines;
   }
-  tables.ChanPortSetup[4] = 0;
-  EXPECT_NE(Lines(CheckChannel(tables, 4, ports)).find("does not take 1200,N,7,1"), std::string::npos);
-
-  tables.MaxChannel = 31;
-  tables.ChanEnabled[6] = True;
-  tables.ChanPort[6] = 10;  // another number, the same device
-  EXPECT_EQ(Lines(CheckSharedPorts(tables, ports)),
+  probe.standing = {{"/dev/ttyS2", {.state = State::Present, .device = "/dev/ttyS1"}}};
+  for (int ch : {6, 7}) tables.ChanEnabled[ch] = True;
+  tables.ChanPort[6] = 10;  // another number, the same address
+  tables.ChanPort[7] = 1;   // another address, the same device
+  EXPECT_EQ(Lines(CheckPorts(tables, ports)),
             "Tarvex-SCALE7.Cfg, ChanPort: COM11, /dev/ttyS1, is also the port of channel 5; give each channel a port "
+            "of its own, or disable one\n"
+            "Tarvex-SCALE8.Cfg, ChanPort: COM2, /dev/ttyS2, is also the port of channel 5; give each channel a port "
             "of its own, or disable one\n");
 }
 

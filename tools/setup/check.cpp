@@ -44,8 +44,7 @@ int Check(const std::string& folder, const Words& given) {
   if (!words.empty()) throw SetupToolFault("check does not know \"" + words.front() + "\"");
   SettingsFolder settings(folder);
   const Tables& tables = settings.Store();
-  PortsOfMachine ports = settings.Ports();
-  ports.expectedHolders = {"tarvex", "tarvexd"};
+  const PortsOfMachine ports = settings.Ports();
   Findings findings;
   if (!settings.PortsFault().empty()) {
     findings.push_back({"Tarvex-Ports.Cfg", "the file", settings.PortsFault(), "mend that line"});
@@ -58,12 +57,12 @@ int Check(const std::string& folder, const Words& given) {
     const std::string file = "Tarvex-SCALE" + DisplayNumber(ch) + ".Cfg";
     const bool read = Reads(ofChannel, file, [&] { settings.ReadChannel(ch); });
     if (!wanted) continue;
-    if (read) Append(ofChannel, CheckChannel(tables, ch, ports));
+    if (read) Append(ofChannel, CheckChannel(tables, ch, ports.probe));
     Append(findings, ofChannel);
     const std::int32_t proto = tables.ChanProtocol[ch];
     if (read && tables.ChanEnabled[ch] == True && proto >= 0 && proto <= kLastProtocol) used[proto] = True;
   }
-  for (const Finding& finding : CheckSharedPorts(tables, ports)) {
+  for (const Finding& finding : CheckPorts(tables, ports)) {
     const bool ofTarget = finding.file == "Tarvex-SCALE" + DisplayNumber(target.number) + ".Cfg";
     if (target.kind == Target::Kind::All || (target.kind == Target::Kind::Channel && ofTarget)) {
       findings.push_back(finding);

@@ -204,9 +204,8 @@ int TrySettings(Line& line, const Tables& tables) {
 int Listen(const std::string& folder, const Words& words) {
   const ListenOptions options = ReadOptions(words);
   const std::string address = AddressOf(folder, options.port);
-  PosixPortProbe probe;
-  const std::string condition = Describe(probe.Look(address));
-  if (!condition.empty()) throw SetupToolFault(address + ": " + condition);
+  const std::string hindrance = PortStandingText(PosixPortProbe().LookAt(address));
+  if (!hindrance.empty()) throw SetupToolFault(address + ": " + hindrance);
   std::signal(SIGINT, [](int) { interrupted = 1; });
   std::signal(SIGTERM, [](int) { interrupted = 1; });
   Line line(address);

@@ -135,13 +135,16 @@ void Apply(SetupModel& model, const Words& words, bool channel) {
   }
 }
 
+/// What is questionable in the channel or protocol that was set, the only one in the tables.
 void PrintFindings(SettingsFolder& settings, const Target& target) {
-  PortsOfMachine ports = settings.Ports();
-  ports.expectedHolders = {"tarvex", "tarvexd"};
-  const bool channel = target.kind == Target::Kind::Channel;
-  const Findings findings =
-      channel ? CheckChannel(settings.Store(), target.number, ports) : CheckProtocol(settings.Store(), target.number);
-  for (const Finding& finding : findings) std::fprintf(stderr, "note: %s\n", finding.Line().c_str());
+  const Tables& tables = settings.Store();
+  const auto print = [](const Findings& findings) {
+    for (const Finding& finding : findings) std::fprintf(stderr, "note: %s\n", finding.Line().c_str());
+  };
+  if (target.kind == Target::Kind::Protocol) return print(CheckProtocol(tables, target.number));
+  const PortsOfMachine ports = settings.Ports();
+  print(CheckChannel(tables, target.number, ports.probe));
+  print(CheckPorts(tables, ports));
 }
 
 }  // namespace

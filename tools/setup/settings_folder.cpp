@@ -5,7 +5,6 @@
 
 #include "config/channel_file.h"
 #include "core/fixed_tables.h"
-#include "platform/posix/line_settings.h"
 
 namespace {
 
@@ -41,7 +40,7 @@ SettingsFolder::SettingsFolder(const std::string& folder)
 PortsOfMachine SettingsFolder::Ports() {
   return {.addressOf = [this](int comNumber) { return addresses_.AddressOf(comNumber); },
           .probe = probe_,
-          .takesSettings = [](const std::string& settings) { return ParseLineSettings(settings).has_value(); }};
+          .manager = LockHolder(Folder())};
 }
 
 void SettingsFolder::ReadChannel(int ch) { configuration_.CfgProc(CfgAction::ReadChannelFile, ch); }
