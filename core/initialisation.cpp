@@ -137,10 +137,10 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
   Tables& tables = engine.tables;
   tables.ChanStatusDecimals[ch] = False;
   tables.ChanDecimalsKnown[ch] = False;
+  tables.ChanDirty[Item::Description][ch] = True;
   if (pass == Pass::First) {
     tables.SelectedChannel = ch;
     SetCaption(tables, ch, Caption::Initializing);
-    tables.ChanDirty[Item::Description][ch] = True;
     engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
   } else {
     SetCaption(tables, ch, Caption::ReInitializing);

@@ -46,6 +46,7 @@ TEST_F(ChannelSetupTest, TheChannelIsLetGoOfAndOpenedAgainByTheNextTick) {
   EXPECT_EQ(tables.ProtoGrossLen[10], 5);
   plant.Tick();
   EXPECT_EQ(tables.ChanConnected[4], True);
+  EXPECT_EQ(tables.ChanDirty[Item::Description][4], True) << "the row shows the new name";
   EXPECT_EQ(plant.LogText(LogType::Activity),
             "2026-01-02 03:04:05 @ Tarvex Manager Setup Activated\r\n"
             "2026-01-02 03:04:05 @ Tarvex Std. Manager Setup Deactivated\r\n");
