@@ -23,21 +23,11 @@
 namespace {
 
 constexpr std::int64_t kSecond = 1'000'000'000;
-constexpr int kStreamsASecond = 20 * PtyPlant::kScales;
 constexpr std::int64_t kLongestStart = 20 * kSecond;
 
 void Rest(std::int64_t nanoseconds) {
   const timespec time{nanoseconds / kSecond, nanoseconds % kSecond};
   nanosleep(&time, nullptr);
-}
-
-[[noreturn]] void SendStreams(const PtyPlant& plant) {
-  std::int64_t due = Now();
-  for (int stream = 0;; stream = (stream + 1) % 1'000'000) {
-    plant.Send(stream % PtyPlant::kScales, stream);
-    due += kSecond / kStreamsASecond;
-    if (due > Now()) Rest(due - Now());
-  }
 }
 
 /// Black digits on the light row of the first channel.
@@ -68,7 +58,7 @@ constexpr long kMostMemory = 120L * 1024;  // kilobytes
 /// True if the aims are met.
 bool Measure(const Case& setting, int seconds) {
   const PtyPlant plant(25, 2);
-  const Child scales([&] { SendStreams(plant); });
+  const Child scales([&] { plant.SendOfAll(20); });
   const std::int64_t start = Now();
   const Child manager([&] {
     setenv("TARVEX_HOME", plant.Folder().c_str(), 1);

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "bench/child.h"
 #include "config/channel_file.h"
 #include "config/format_file.h"
 #include "config/system_file.h"
@@ -85,6 +86,16 @@ void PtyPlant::Send(int scale, int weight) const {
   const int size = std::snprintf(stream, sizeof stream, "%0*d\r", kDigits, weight);
   if (write(scales_[static_cast<std::size_t>(scale)], stream, static_cast<std::size_t>(size)) != size) {
     std::perror("a scale cannot send");
+  }
+}
+
+void PtyPlant::SendOfAll(int streamsASecond) const {
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  std::int64_t due = Now();
+  for (int stream = 0;; stream = (stream + 1) % 1'000'000) {
+    Send(stream % kScales, stream);
+    due += kSecond / (streamsASecond * kScales);
+    if (const std::int64_t rest = due - Now(); rest > 0) usleep(static_cast<useconds_t>(rest / 1000));
   }
 }
 

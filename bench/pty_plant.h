@@ -27,6 +27,8 @@ class PtyPlant {
   const std::filesystem::path& Folder() const { return folder_; }
   /// Has a scale send this weight, 0 to 999999.
   void Send(int scale, int weight) const;
+  /// Has each scale send so many streams a second, each with another weight, for good.
+  [[noreturn]] void SendOfAll(int streamsASecond) const;
   /// What the injured scale does, for good: a thousand streams, or 64,000 characters a second, 16 times what the
   /// fastest line carries.
   [[noreturn]] void SendOfInjured(Injury injury) const;

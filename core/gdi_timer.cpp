@@ -28,8 +28,10 @@ void GDITimerTick(Engine& engine) {
     Rest(engine);
     return;
   }
+  // The rests of a pass add up to more than a key on the setup screen may wait.
+  const bool someoneTypes = tables.EditedChannel != kNoChannel;
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
     for (int item = 0; item < Item::Count; ++item) engine.mainForm.DrawItem(ch, item);
-    Rest(engine);
+    if (!someoneTypes) Rest(engine);
   }
 }

@@ -187,7 +187,10 @@ int Set(const std::string& folder, const Words& given) {
     settings.WriteProtocol(target.number);
   }
   PrintFindings(settings, target);
-  if (!runs) return 0;
+  if (!runs) {
+    std::printf("Saved.\n");
+    return 0;
+  }
   if (!unreachable.empty()) {
     std::fprintf(stderr, "Saved. %s\n", unreachable.c_str());
     return 1;
@@ -198,5 +201,6 @@ int Set(const std::string& folder, const Words& given) {
     std::fprintf(stderr, "Saved, but the manager has not taken it: %s\n", fault.what());
     return 1;
   }
+  std::printf("Saved, and taken by the running manager.\n");
   return 0;
 }

@@ -13,7 +13,7 @@ void ApplySetupStyle(QDialog& dialog) {
       "* { font-family: 'Liberation Sans'; font-size: 12px; }"
       "QGroupBox { border: 1px solid %1; border-radius: 3px; margin-top: 7px; font-weight: bold; }"
       "QGroupBox::title { subcontrol-origin: margin; left: 8px; padding: 0 3px; color: %2; }"
-      "QGroupBox:disabled { color: %3; }"
+      "QGroupBox::title:disabled { color: %3; }"
       "QGroupBox#fEntry, QGroupBox#fCommand, QGroupBox#fOPC { background: %4; border: 2px solid %5; margin-top: 0;"
       "  padding-top: 16px; }"
       "QGroupBox#fEntry::title, QGroupBox#fCommand::title, QGroupBox#fOPC::title { subcontrol-origin: padding;"
