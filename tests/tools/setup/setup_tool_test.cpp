@@ -41,7 +41,7 @@ class SetupToolTest : public testing::Test {
 
 TEST_F(SetupToolTest, SettingsAreChangedAllOrNone) {
   const std::string file = folder + "/Tarvex-SCALE3.Cfg";
-  EXPECT_EQ(Run(Set, {"3", "Device Desc.=Silo", "cb(3)=10", "pc port=COM9"}), "");
+  EXPECT_EQ(Run(Set, {"3", "Device Desc.=Silo", "cb(3)=10", "pc port=COM9"}), "Saved.\n");
   EXPECT_TRUE(Content(file).starts_with("10,0,8,33,#FALSE#,\"\",\"Silo\"")) << Content(file);
   const std::string before = Content(file);
   struct Case {
@@ -66,7 +66,7 @@ TEST_F(SetupToolTest, SettingsAreChangedAllOrNone) {
   const std::string row = "row(0)=Net Mode|2 / MODE|3b0|1b1|1|X";
   EXPECT_EQ(Run(Set, {"protocol", "10", "Gross_Wt Position=5", "t(1)=6", "ck(0)=yes", "t(9)=13", row,
                       "insert(0)=Motion|1 / MOTION|3b3|1b1|8|X"}),
-            "");
+            "Saved.\n");
   const std::string shown = Run(Show, {"protocol", "10"});
   EXPECT_TRUE(Holds(shown, "row(0)=Motion|1 / MOTION|3b3|1b1|8|X\n  row(1)=Net Mode|")) << shown;
   EXPECT_TRUE(Holds(Run(Show, {"3"}), "Silo"));
