@@ -20,7 +20,9 @@ Daemon::Daemon(const std::string& programFolder, const DaemonOptions& options)
       system_(programFolder),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       notice_(system_, STDERR_FILENO),
-      manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
+      manager_(
+          {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},
+          programFolder),
       bus_(manager_.Publishing(), [this](const std::string& text) { notice_.Write(text); }),
       standardOutput_(STDOUT_FILENO) {
   startupForm_.Attach(manager_.Parts());

@@ -12,7 +12,9 @@
 #include "app/text_screen/row_printer.h"
 #include "app/text_screen/text_screen.h"
 #include "config/port_addresses.h"
+#include "platform/absent/databases.h"
 #include "platform/absent/opc.h"
+#include "platform/absent/terminal_library.h"
 #include "platform/curses/curses_terminal.h"
 #include "platform/dbus/bus_adapter.h"
 #include "platform/posix/posix_files.h"
@@ -51,6 +53,8 @@ class Daemon {
   QtEventLoop events_;
   LogNotice notice_;
   AbsentOpc opc_;
+  AbsentTerminalLibrary terminals_;
+  AbsentDatabases databases_;
   DaemonStartupForm startupForm_;
   DaemonMainForm mainForm_;
   HeadlessDialogs dialogs_;

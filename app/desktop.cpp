@@ -30,7 +30,9 @@ Desktop::Desktop(const std::string& programFolder, bool summary)
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       speech_([this](const std::string& why) { RunInMessageLoop([this, why] { LogMissingSpeech(why); }); }),
       notice_(boxes_, speech_),
-      manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, programFolder),
+      manager_(
+          {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},
+          programFolder),
       setup_(manager_.Parts(), manager_.Setup(), setupForm_),
       bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }),
       printSummary_(summary) {

@@ -8,7 +8,9 @@
 #include "app/run_summary.h"
 #include "config/port_addresses.h"
 #include "config/setup/channel_setup.h"
+#include "platform/absent/databases.h"
 #include "platform/absent/opc.h"
+#include "platform/absent/terminal_library.h"
 #include "platform/dbus/bus_adapter.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/posix_port_probe.h"
@@ -50,6 +52,8 @@ class Desktop {
   Speech speech_;
   DesktopNotice notice_;
   AbsentOpc opc_;
+  AbsentTerminalLibrary terminals_;
+  AbsentDatabases databases_;
   Dialogs dialogs_;
   frmTarvexStartup startupForm_;
   frmTXM mainForm_;

@@ -16,6 +16,7 @@ Manager::Manager(const Outside& outside, const std::string& programFolder)
       publication_(*tables_, outside.ports, outside.opc, logs_, outside.dialogs),
       configuration_(*tables_, outside.files, outside.ports, logs_, outside.notice),
       setup_(*tables_, configuration_),
+      terminal_(engine_, *tables_, outside.terminals, outside.databases),
       engine_{*tables_,       outside.system, outside.events, outside.ports, outside.files,       outside.notice,
               logs_,          configuration_, publication_,   terminal_,     outside.startupForm, outside.mainForm,
               outside.dialogs} {

@@ -7,9 +7,11 @@
 #include "config/setup/model.h"
 #include "core/engine.h"
 #include "diagnostics/log_files.h"
+#include "platform/database_engine.h"
 #include "platform/opc_control.h"
+#include "platform/vant_api.h"
 #include "publish/publication.h"
-#include "terminal/absent_terminal.h"
+#include "terminal/terminal_link.h"
 
 /// The parts of the outside that a program brings.
 struct Outside {
@@ -19,6 +21,8 @@ struct Outside {
   Files& files;
   OperatorNotice& notice;
   OpcControls& opc;
+  VantAPI32& terminals;
+  DatabaseEngine& databases;
   StartupForm& startupForm;
   MainForm& mainForm;
   ScanDialogs& dialogs;
@@ -43,6 +47,6 @@ class Manager {
   Publication publication_;
   CfgStore configuration_;
   SetupModel setup_;
-  AbsentTerminal terminal_;
+  TerminalLink terminal_;
   Engine engine_;
 };

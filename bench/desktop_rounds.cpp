@@ -82,10 +82,13 @@ class DesktopPlant {
   QtEventLoop events;
   MemoryNotice notice;
   MemoryOpc opc;
+  MemoryTerminals terminals;
+  MemoryDatabases databases;
   Dialogs dialogs;
   frmTarvexStartup startupForm;
   frmTXM panel;
-  Manager manager{{system, events, ports, files, notice, opc, startupForm, panel, dialogs}, plant.Folder()};
+  Manager manager{{system, events, ports, files, notice, opc, terminals, databases, startupForm, panel, dialogs},
+                  plant.Folder()};
   Engine& engine = manager.Parts();
 };
 

@@ -18,12 +18,13 @@ struct DatabaseFault {
   int last;
   std::string_view caption;
   std::string_view logText;
+  Occasion occasion;
 };
 
 constexpr DatabaseFault kDatabaseFaults[] = {
-    {2400, 2499, "SQL ERROR...", "  JET Expression Error: "},
-    {3000, 3999, "DB ERROR...", "  JET Database Error: "},
-    {40000, 40999, "RDO ERROR...", "  RDO Error: "},
+    {2400, 2499, "SQL ERROR...", "  JET Expression Error: ", Occasion::SqlError},
+    {3000, 3999, "DB ERROR...", "  JET Database Error: ", Occasion::DatabaseError},
+    {40000, 40999, "RDO ERROR...", "  RDO Error: ", Occasion::DatabaseError},
 };
 
 struct PortFault {
@@ -57,11 +58,42 @@ void LogFromTrap(Engine& engine, const std::string& text) {
   }
 }
 
+void ShowLamp(Engine& engine, int ch, int item, bool on) {
+  engine.tables.ChanIndicator[item][ch] = AsBoolean(on);
+  engine.tables.ChanDirty[item][ch] = True;
+  engine.mainForm.DrawItem(ch, item);
+}
+
+/// The scan stands still until the operator has read it; the timers that go on mark what is not read meanwhile.
+void AskOperatorToMend(Engine& engine, int ch, const DatabaseFault& kind, const RunTimeError& fault,
+                       const std::string& text) {
+  Say(engine.tables, engine.notice, kind.occasion, ch, fault);
+  engine.notice.MessageBoxUntilRead("Tarvex VantODBC Error", text + "\r\nPlease Contact Orvane Technical Services...");
+  engine.events.DoEvents();
+  ForceRepaint(engine.tables);
+}
+
+/// A statement that the database has refused: its client is told each time, everybody else once, and the channel waits
+/// for the next one.
 void TakeDatabaseFault(Engine& engine, int ch, const DatabaseFault& kind, const RunTimeError& fault) {
+  Tables& tables = engine.tables;
+  ShowLamp(engine, ch, Item::Error, true);
   UpdateStatus(engine, ch, kind.caption);
-  LogFromTrap(engine, ChannelPrefix(ch) + std::string(kind.logText) + NumberAndDescription(fault));
-  SetLamp(engine.tables, ch, Item::Error, false);
-  UpdateStatus(engine, ch, Caption::Ready);
+  engine.mainForm.SetTrayPicture(TrayPicture::iXmit);
+  ShowLamp(engine, ch, Item::Tx, true);
+  GoOnAfterFault([&] { engine.terminal.AnswerError(ch); });
+  SetLamp(tables, ch, Item::Tx, false);
+  if (IsNewFault(engine, ch, fault)) {
+    const std::string text = ChannelPrefix(ch) + std::string(kind.logText) + NumberAndDescription(fault);
+    LogFromTrap(engine, text);
+    const bool operatorIsThere = tables.Minimized == False;
+    if (tables.ChanInteractiveDbErrors[ch] == True && operatorIsThere) {
+      AskOperatorToMend(engine, ch, kind, fault, text);
+    }
+  }
+  tables.ChanIndicator[Item::Error][ch] = False;
+  tables.ChanDirty[Item::Error][ch] = True;
+  SetCaption(tables, ch, Caption::Ready);
 }
 
 /// The channel is disabled in the tables alone: its file keeps the user's choice, and is read again so that

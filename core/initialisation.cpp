@@ -99,12 +99,17 @@ void OpenSerialPort(Engine& engine, int ch, Pass pass) {
   Say(tables, engine.notice, Occasion::ComPortNotOpened, ch);
 }
 
-void OpenArcNetLink(Engine& engine, int ch) {
+void OpenArcNetLink(Engine& engine, int ch, Pass pass) {
   Tables& tables = engine.tables;
   ForceRepublication(tables, ch);
-  if (engine.terminal.OpenArcNet(ch)) {
-    ShowReady(engine, ch);
-    return;
+  switch (engine.terminal.OpenArcNet(ch, pass != Pass::First)) {
+    case TerminalLinkState::Up:
+      return ShowReady(engine, ch);
+    case TerminalLinkState::NextPass:
+      tables.ChanReopenPending[ch] = True;
+      return;
+    case TerminalLinkState::Down:
+      break;
   }
   MarkWeightsOld(engine, ch);
   tables.ChanConnected[ch] = False;
@@ -115,7 +120,7 @@ void OpenArcNetLink(Engine& engine, int ch) {
 
 void OpenLink(Engine& engine, int ch, Pass pass) {
   if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::SerialPort) OpenSerialPort(engine, ch, pass);
-  if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) OpenArcNetLink(engine, ch);
+  if (engine.tables.ChanConnectUsing[ch] == ConnectUsing::ArcNet) OpenArcNetLink(engine, ch, pass);
 }
 
 /// Upper case; empty for a row that the list does not have.
@@ -251,7 +256,7 @@ void FirstInitialisation(Engine& engine, int& ch) {
 
 void ServeUnconnectedChannel(Engine& engine, int ch) {
   Tables& tables = engine.tables;
-  engine.terminal.RetryRegistration(ch);
+  engine.terminal.ServeUnconnected(ch);
   if (tables.EditedChannel != ch) {
     const bool asked = tables.ReinitChannel == ch || tables.ChanReopenPending[ch] == True;
     if (tables.ReinitChannel == ch) tables.ReinitChannel = kNoChannel;

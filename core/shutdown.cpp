@@ -24,6 +24,7 @@ void CloseLinks(Engine& engine) {
   Tables& tables = engine.tables;
   tables.Stopped = True;
   engine.events.Timer1().SetEnabled(false);
+  GoOnAfterFault([&] { engine.terminal.AbandonStatements(); });
   CloseTerminalLink(engine);
   for (int ch = 0; ch <= tables.MaxChannel; ++ch) {
     if (tables.ChanConnected[ch] == True) {

@@ -19,6 +19,9 @@ inline constexpr int kNoChannel = -1;    ///< value of `ReinitChannel` when no c
 inline constexpr std::int16_t kPrevStatusSentinel = -32765;         ///< no status word equals it
 inline constexpr std::string_view kPrevWeightSentinel = "-999999";  ///< no weight text equals it
 inline constexpr std::string_view kPrevStreamIdSentinel = "X789879";
+inline constexpr int kPacketPaths = 7;  ///< of which 1 to 5 are filled
+inline constexpr int kDbRows = 201;     ///< elements of a query's result
+inline constexpr int kDbKeywords = 7;   ///< that a statement is classified by
 
 /// Rows of `ChanIndicator` (0 to 7) and `ChanDirty` (0 to 12), which are also the cells of a row on the screen.
 namespace Item {
@@ -73,6 +76,13 @@ using ChannelTable = Table<Element, 33>;
 template <typename Element>
 using ProtocolTable = Table<Element, 43>;
 using DdeItem = std::variant<std::monostate, double, std::int16_t>;
+
+/// A database that a channel may use.
+struct DatabaseRight {
+  int ch = 0;
+  std::string path{};  ///< full, without "." and ".."
+  bool write = false;
+};
 
 /// All state of the system, in parallel tables by channel number (0 to `MaxChannel`; shown as number + 1) and
 /// by protocol number (0 packet protocol, 1 to 9 fixed formats, 10 to 41 custom formats). Plain data: every
@@ -172,6 +182,34 @@ struct Tables {
   ChannelTable<std::int32_t> ChanTxTick;
   ChannelTable<Boolean> ChanDetailOpen, ChanSqlDetailOpen;
 
+  // Terminals on the network: paths of their shared data. Records are characters, filled with blanks to their length.
+  ChannelTable<std::string> ChanPathCommand;                                             ///< the mailbox, 40
+  ChannelTable<std::string> ChanPathDbName;                                              ///< 40
+  ChannelTable<std::string> ChanPathLit03;                                               ///< built, never used
+  ChannelTable<Table<std::string, kPacketPaths>> ChanPathPacket;                         ///< 1 to 5, 400 each
+  ChannelTable<std::string> ChanPathBas10, ChanPathVfd1;                                 ///< built, never used
+  ChannelTable<std::string> ChanPathWt101;                                               ///< gross weight, 12
+  ChannelTable<std::string> ChanPathWs102, ChanPathWt102, ChanPathWt116, ChanPathWt103;  ///< built, never read
+  std::string WeightFieldBuffer, ShortFieldBuffer, PacketFieldBuffer, TestFieldBuffer;
+
+  // Database clients, protocol 0.
+  ChannelTable<std::int32_t> ChanPacketIndex;  ///< first element of the packet in flight, a multiple of 15
+  ChannelTable<float> ChanPacketTime;          ///< seconds since midnight when a packet behind the first one was sent
+  ChannelTable<std::string> ChanDbName, ChanDbQuery;
+  ChannelTable<std::string> ChanDbInText;                           ///< what stands from "IN " to "WHERE"
+  ChannelTable<Table<std::int32_t, kDbKeywords>> ChanDbKeywordPos;  ///< from 1; 0 = not there
+  ChannelTable<std::string> ChanDbReply;
+  ChannelTable<Table<std::string, kDbRows>> ChanDbRows;
+  ChannelTable<std::int32_t> ChanDbRowCount;
+  ChannelTable<Boolean> ChanDbFound;
+  ChannelTable<std::int32_t> ChanSqlLines;
+  ChannelTable<double> ChanLotDays;
+  ChannelTable<std::string> ChanLotValue;
+  std::int16_t DbFieldCount = 0;      ///< elements that the records of the present result have filled
+  std::int32_t DbSeparator = 0;       ///< character code
+  Boolean DatabaseRightsSet = False;  ///< there is a file of rights: what it does not name is refused
+  std::vector<DatabaseRight> DatabaseRights;
+
   // Serial state kept for the port trial.
   ChannelTable<std::int32_t> ChanAppliedPort;
   ChannelTable<std::string> ChanAppliedSettings;
@@ -210,7 +248,8 @@ struct Tables {
   std::int16_t ReinitChannel = kNoChannel;
   std::int16_t EditedChannel = kNoChannel;  ///< the one whose setup is open: nothing opens it meanwhile
   Boolean TerminalLinkUp = False, TerminalLinkRetry = False;
-  std::int32_t VantStatus = 0;
+  std::int16_t VantStatus = 0;       ///< of the last call of the terminal library
+  std::int32_t VantErrorChoice = 0;  ///< 3 Abort, 4 Retry, 5 Ignore
   Boolean Minimized = False, RefreshOpen = False;
   Boolean ScreenPainted = False;
   std::int32_t SelectedChannel = 0, DetailChannel = 0;

@@ -7,9 +7,10 @@
 
 /// What a query has found. A dynaset in the sense that its count is known, and its records are read in order.
 struct Recordset {
-  std::int64_t recordCount = 0;     ///< of the whole result
-  std::size_t fieldCount = 0;       ///< of a record
-  std::vector<std::string> values;  ///< record after record, field after field: whole records, as many as were asked for
+  std::int64_t recordCount = 0;  ///< of the whole result
+  std::size_t fieldCount = 0;    ///< of a record
+  std::vector<std::string>
+      values;  ///< record after record, field after field: whole records, as many as were asked for
 };
 
 /// The work of one channel: one database at a time, one operation at a time. An operation runs on a thread of the

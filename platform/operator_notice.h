@@ -17,6 +17,8 @@ class OperatorNotice {
   }
   /// The same, but the caller is held until it has been read; for what ends the program at its start.
   virtual void MessageBoxUntilRead(std::string_view caption, std::string_view text) { MessageBox(caption, text); }
+  /// A short sound, where there is one.
+  virtual void Beep() {}
   /// Hands a sentence to the speech engine and returns at once.
   virtual void Speak(std::string_view sentence) = 0;
 };

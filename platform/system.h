@@ -26,6 +26,8 @@ class System {
   virtual std::int64_t WallSeconds() const = 0;
   /// A clock that never runs backwards and is not set by anybody.
   virtual std::int64_t Milliseconds() const = 0;
+  /// Seconds since midnight by local time, with their fraction.
+  virtual double SecondsSinceMidnight() const = 0;
   /// Local date and time, `YYYY-MM-DD HH:MM:SS` whatever the locale.
   virtual std::string DateTimeText() const = 0;
   virtual void Sleep(int milliseconds) = 0;

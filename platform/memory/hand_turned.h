@@ -19,6 +19,7 @@ class HandTurnedSystem : public System {
   bool previousInstance = false;
   std::int64_t second = 0;
   std::int64_t millisecond = 0;  ///< of the clock that never runs backwards
+  double midnightSeconds = 0;    ///< seconds since midnight
   std::string dateTime;          ///< "YYYY-MM-DD HH:MM:SS"
 
   OsVersion GetVersionEx() const override { return version; }
@@ -26,6 +27,7 @@ class HandTurnedSystem : public System {
   bool PreviousInstance() override { return previousInstance; }
   std::int64_t WallSeconds() const override { return second; }
   std::int64_t Milliseconds() const override { return millisecond; }
+  double SecondsSinceMidnight() const override { return midnightSeconds; }
   std::string DateTimeText() const override { return dateTime; }
   void Sleep(int) override {}
 };

@@ -53,6 +53,14 @@ std::int64_t PosixSystem::WallSeconds() const {
   return now.tv_sec;
 }
 
+double PosixSystem::SecondsSinceMidnight() const {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  std::tm local{};
+  localtime_r(&now.tv_sec, &local);
+  return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
 std::string PosixSystem::DateTimeText() const {
   const std::int64_t second = WallSeconds();
   if (second == textSecond_) return text_;

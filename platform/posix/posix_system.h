@@ -30,6 +30,7 @@ class PosixSystem : public System {
   static bool CopyRunsIn(const std::string& folder);
   std::int64_t WallSeconds() const override;
   std::int64_t Milliseconds() const override { return MonotonicMilliseconds(); }
+  double SecondsSinceMidnight() const override;
   std::string DateTimeText() const override;
   void Sleep(int milliseconds) override;
 

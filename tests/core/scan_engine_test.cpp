@@ -10,13 +10,22 @@
 namespace {
 
 /// A database room that raises the error under test in the visit to its channel.
-class RaisingTerminal : public AbsentTerminal {
+class RaisingTerminal : public TerminalRoom {
  public:
   int number = 0;
   std::string description = "Out of paper";
+  int answers = 0;
   void ServeDatabase(int) override {
     if (number != 0) throw RunTimeError(number, description);
   }
+  void AnswerError(int) override { ++answers; }
+  void OpenWorkspaces() override {}
+  void CloseWorkspaces() override {}
+  TerminalLinkState OpenArcNet(int, bool) override { return TerminalLinkState::Down; }
+  void ServeUnconnected(int) override {}
+  void ReadArcNet(int) override {}
+  void CloseProcess() override {}
+  void AbandonStatements() override {}
 };
 
 struct TrapPlant : TestPlant {

@@ -4,7 +4,8 @@
 #include "core/scan_engine.h"
 
 TestPlant::TestPlant()
-    : manager({system, events, ports, files, notice, opc, startupForm, mainForm, dialogs}, "/plant"),
+    : manager({system, events, ports, files, notice, opc, terminals, databases, startupForm, mainForm, dialogs},
+              "/plant"),
       tables(manager.Store()),
       engine(manager.Parts()) {
   system.second = 1'000'000;

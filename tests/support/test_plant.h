@@ -8,10 +8,12 @@
 #include "app/headless_forms.h"
 #include "app/manager.h"
 #include "platform/memory/hand_turned.h"
+#include "platform/memory/memory_databases.h"
 #include "platform/memory/memory_files.h"
 #include "platform/memory/memory_notice.h"
 #include "platform/memory/memory_opc.h"
 #include "platform/memory/memory_ports.h"
+#include "platform/memory/memory_terminals.h"
 
 /// Hands live values to the test: to `onDetail` if it is set, rates to `rate` by label.
 class RecordingDialogs : public ScanDialogs {
@@ -44,6 +46,8 @@ class TestPlant {
   MemoryFiles files;
   MemoryNotice notice;
   MemoryOpc opc;
+  MemoryTerminals terminals;
+  MemoryDatabases databases;
   HeadlessStartupForm startupForm;
   HeadlessMainForm mainForm;
   RecordingDialogs dialogs;

@@ -57,7 +57,9 @@ void Replay::MainWindow::Show() {
 Replay::Replay(Files& disk, const ReplaySetup& setup)
     : ch_(CheckedChannel(setup.number)),
       files_(disk),
-      manager_({system_, events_, ports_, files_, notice_, opc_, startupForm_, mainForm_, dialogs_}, setup.home),
+      manager_(
+          {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},
+          setup.home),
       tables_(manager_.Store()),
       topics_(manager_.Publishing().Topics()),
       device_(manager_.Publishing().Devices().Objects().At(ch_)),

@@ -9,6 +9,8 @@
 
 #include "app/headless_forms.h"
 #include "app/manager.h"
+#include "platform/absent/databases.h"
+#include "platform/absent/terminal_library.h"
 #include "platform/memory/hand_turned.h"
 #include "platform/memory/memory_notice.h"
 #include "platform/memory/memory_opc.h"
@@ -99,6 +101,8 @@ class Replay {
   HandTurnedEvents events_;
   MemoryPorts ports_;
   MemoryOpc opc_;
+  AbsentTerminalLibrary terminals_;
+  AbsentDatabases databases_;
   MemoryNotice notice_;
   HeadlessStartupForm startupForm_;
   MainWindow mainForm_;
