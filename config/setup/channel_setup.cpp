@@ -26,11 +26,15 @@ void KeepWaitingChannel(Tables& tables) {
   tables.ReinitChannel = kNoChannel;
 }
 
-void CloseTerminalLink(Engine& engine) {
-  if (engine.tables.TerminalLinkUp == False) return;
-  engine.tables.TerminalLinkRetry = True;
+/// The next pass begins with the channel that is left, whose visit registers anew: any other terminal's channel that
+/// came before it would be read without a registration, and given up for it.
+void CloseTerminalLink(Engine& engine, int ch) {
+  Tables& tables = engine.tables;
+  if (tables.TerminalLinkUp == False) return;
+  tables.TerminalLinkRetry = True;
   engine.terminal.CloseProcess();
-  engine.tables.TerminalLinkUp = False;
+  tables.TerminalLinkUp = False;
+  tables.NextChannelToServe = ch;
 }
 
 void ClosePort(Engine& engine, int ch) {
@@ -55,7 +59,7 @@ void ChannelSetup::Open(int ch) {
   tables.EditedChannel = static_cast<std::int16_t>(ch);
   model_.Begin(ch);
   contentShown_.clear();
-  if (!Try([&] { CloseTerminalLink(engine_); })) return ExitForm();
+  if (!Try([&] { CloseTerminalLink(engine_, ch); })) return ExitForm();
   engine_.mainForm.BusyPointer(true);
   engine_.mainForm.Enable(false);
   tables.ScreenPainted = False;
