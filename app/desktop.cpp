@@ -37,7 +37,7 @@ Desktop::Desktop(const std::string& programFolder, bool summary)
       bus_(manager_.Publishing(), [this](const std::string& text) { Tell(text); }),
       printSummary_(summary) {
   Engine& engine = manager_.Parts();
-  dialogs_.Use(engine);
+  dialogs_.Use(engine, manager_.Terminal());
   startupForm_.Use(engine, [this] { End(); });
   mainForm_.Use(engine, dialogs_);
   mainForm_.OnSetup([this](int ch) { setup_.Open(ch); });
@@ -104,7 +104,7 @@ void Desktop::Tell(const std::string& text) { std::cerr << system_.DateTimeText(
 /// Unloading the forms: the main form releases what it holds, and the message loop ends.
 void Desktop::End() {
   boxes_.DismissAll();
-  dialogs_.Close();
+  dialogs_.Unload();
   setupForm_.Hide();
   mainForm_.Unload();
   QCoreApplication::quit();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QApplication>
+
 #include "platform/operator_notice.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/speech/speech.h"
@@ -16,6 +18,8 @@ class DesktopNotice : public OperatorNotice {
   void MessageBoxUntilRead(std::string_view caption, std::string_view text) override {
     boxes_.ShowUntilRead(caption, text);
   }
+  int AbortRetryIgnore(std::string_view caption, std::string_view text) override { return boxes_.Ask(caption, text); }
+  void Beep() override { QApplication::beep(); }
   void Speak(std::string_view sentence) override { speech_.Speak(sentence); }
 
  private:

@@ -17,6 +17,7 @@ Manager::Manager(const Outside& outside, const std::string& programFolder)
       configuration_(*tables_, outside.files, outside.ports, logs_, outside.notice),
       setup_(*tables_, configuration_),
       terminal_(engine_, *tables_, outside.terminals, outside.databases),
+      virtualTerminal_(engine_, outside.terminals),
       engine_{*tables_,       outside.system, outside.events, outside.ports, outside.files,       outside.notice,
               logs_,          configuration_, publication_,   terminal_,     outside.startupForm, outside.mainForm,
               outside.dialogs} {

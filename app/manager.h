@@ -12,6 +12,7 @@
 #include "platform/vant_api.h"
 #include "publish/publication.h"
 #include "terminal/terminal_link.h"
+#include "terminal/virtual_terminal.h"
 
 /// The parts of the outside that a program brings.
 struct Outside {
@@ -40,6 +41,7 @@ class Manager {
   Engine& Parts() { return engine_; }
   Publication& Publishing() { return publication_; }
   SetupModel& Setup() { return setup_; }
+  VirtualTerminal& Terminal() { return virtualTerminal_; }
 
  private:
   std::unique_ptr<Tables> tables_;
@@ -48,5 +50,6 @@ class Manager {
   CfgStore configuration_;
   SetupModel setup_;
   TerminalLink terminal_;
+  VirtualTerminal virtualTerminal_;
   Engine engine_;
 };

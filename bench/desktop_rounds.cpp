@@ -43,7 +43,7 @@ struct Holdings {
 class DesktopPlant {
  public:
   DesktopPlant() {
-    dialogs.Use(engine);
+    dialogs.Use(engine, manager.Terminal());
     startupForm.Use(engine, [this] { panel.Unload(); });
     panel.Use(engine, dialogs);
     events.Timer1().OnTick([this] { Timer1Tick(engine); });

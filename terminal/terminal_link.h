@@ -31,9 +31,6 @@ class TerminalLink : public TerminalRoom {
   void CloseProcess() override;
   void AbandonStatements() override;
 
-  /// For the virtual terminal, which has the library to itself.
-  VantAPI32& Library() { return library_; }
-
  private:
   bool Register();
   void GiveUpTerminal(int ch);

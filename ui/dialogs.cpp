@@ -3,18 +3,20 @@
 #include <QDialog>
 
 #include "core/engine.h"
-#include "core/fixed_tables.h"
+#include "terminal/virtual_terminal.h"
 #include "ui/dialog_style.h"
 #include "ui/frm_detail.h"
 #include "ui/frm_refresh.h"
 #include "ui/frm_sql_detail.h"
+#include "ui/frm_vantor.h"
 
 Dialogs::Dialogs() = default;
 
 Dialogs::~Dialogs() = default;
 
-void Dialogs::Use(Engine& engine) {
+void Dialogs::Use(Engine& engine, VirtualTerminal& virtualTerminal) {
   engine_ = &engine;
+  virtualTerminal_ = &virtualTerminal;
   detailView_ = std::make_unique<DetailView>(engine.tables);
 }
 
@@ -24,7 +26,9 @@ void Dialogs::cmdDetail(int ch, const QWidget* owner) {
     case DetailWindow::None:
       return;
     case DetailWindow::VirtualTerminal:
-      return TellOfMissingTerminal(ch);
+      if (!vantor_) vantor_ = std::make_unique<VANTOR>(*virtualTerminal_);
+      vantor_->Fill();
+      return Show(*vantor_, owner);
     case DetailWindow::Sql:
       if (!sqlDetail_) sqlDetail_ = std::make_unique<frmSQLDetail>();
       return Show(*sqlDetail_, owner);
@@ -44,6 +48,12 @@ void Dialogs::cmdRefresh(const QWidget* owner) {
 
 void Dialogs::Close() {
   if (open_) open_->reject();
+}
+
+void Dialogs::Unload() {
+  Close();
+  if (vantor_) virtualTerminal_->Unload();
+  vantor_.reset();
 }
 
 void Dialogs::ShowDetail(int element, std::string_view text) {
@@ -66,11 +76,4 @@ void Dialogs::TakeClosing() {
   CloseRefresh(engine_->tables);
   open_ = nullptr;
   if (onOpen_) onOpen_(false);
-}
-
-/// The channel is set up for the terminal's front panel, which this program does not have.
-void Dialogs::TellOfMissingTerminal(int ch) {
-  engine_->notice.MessageBox("Virtual Vantor",
-                             "The virtual terminal is not part of this program.\r\n\r\nTo see the detail of channel " +
-                                 DisplayNumber(ch) + ", switch off \"Enable Virtual Vant\" in its setup.");
 }

@@ -12,6 +12,8 @@ class QWidget;
 class frmDetail;
 class frmRefresh;
 class frmSQLDetail;
+class VANTOR;
+class VirtualTerminal;
 struct Engine;
 
 /// The windows that look into the running scan: one at a time, opened from the main window's buttons. The windows
@@ -24,7 +26,7 @@ class Dialogs : public ScanDialogs {
   ~Dialogs() override;
 
   /// The running system; must come before anything is opened, and outlive this object.
-  void Use(Engine& engine);
+  void Use(Engine& engine, VirtualTerminal& virtualTerminal);
   /// Called with True when a window opens and with False when it closes: the main window's buttons follow.
   void OnOpen(std::function<void(bool open)> handler) { onOpen_ = std::move(handler); }
   bool IsOpen() const { return open_ != nullptr; }
@@ -35,6 +37,8 @@ class Dialogs : public ScanDialogs {
   void cmdRefresh(const QWidget* owner);
   /// Closes the window that is open, as its own button does.
   void Close();
+  /// End of the program: the windows go.
+  void Unload();
 
   void ShowDetail(int element, std::string_view text) override;
   void ShowRate(int label, int ticksPerSecond) override;
@@ -42,13 +46,14 @@ class Dialogs : public ScanDialogs {
  private:
   void Show(QDialog& dialog, const QWidget* owner);
   void TakeClosing();
-  void TellOfMissingTerminal(int ch);
 
   Engine* engine_ = nullptr;
+  VirtualTerminal* virtualTerminal_ = nullptr;
   std::unique_ptr<DetailView> detailView_;
   std::unique_ptr<frmDetail> detail_;
   std::unique_ptr<frmSQLDetail> sqlDetail_;
   std::unique_ptr<frmRefresh> refresh_;
+  std::unique_ptr<VANTOR> vantor_;
   QDialog* open_ = nullptr;
   std::function<void(bool)> onOpen_;
 };

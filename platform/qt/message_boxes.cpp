@@ -66,6 +66,21 @@ void MessageBoxes::ShowUntilRead(std::string_view caption, std::string_view text
   if (shown_) DismissAll();  // the program was ended while the box stood
 }
 
+int MessageBoxes::Ask(std::string_view caption, std::string_view text) {
+  constexpr int kAbort = 3, kRetry = 4, kIgnore = 5;
+  if (ended_ || asking_ != nullptr) return kIgnore;
+  QMessageBox box(QMessageBox::Warning, ToVisibleText(caption), BoxText(text, kLongestText),
+                  QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore);
+  box.setTextFormat(Qt::PlainText);
+  box.setAttribute(Qt::WA_QuitOnClose, false);
+  PutAbove(box, Owner());
+  asking_ = &box;
+  const int answer = box.exec();
+  asking_ = nullptr;
+  if (answer == QMessageBox::Abort) return kAbort;
+  return answer == QMessageBox::Retry ? kRetry : kIgnore;
+}
+
 void MessageBoxes::ShowNext() {
   if (shown_) return;
   if (!waiting_.empty()) {
@@ -100,6 +115,7 @@ void MessageBoxes::DismissAll() {
   ended_ = true;
   waiting_.clear();
   if (standing_) standing_->reject();
+  if (asking_) asking_->done(QMessageBox::Ignore);
 }
 
 void mb(MessageBoxes& boxes, const RunTimeError& lastError) {

@@ -26,6 +26,9 @@ class MessageBoxes {
   void Show(std::string_view caption, std::string_view text, std::string_view detail = {}, Icon icon = Icon::Critical);
   /// The same, and holds the caller in a message loop of its own until no box stands or waits any more.
   void ShowUntilRead(std::string_view caption, std::string_view text);
+  /// A box with the buttons Abort, Retry and Ignore, whose caller is held until one is pressed: 3, 4 or 5. The end of
+  /// the program answers Ignore.
+  int Ask(std::string_view caption, std::string_view text);
   /// End of the program: the box that stands is closed, the waiting ones are given up, and no more are shown.
   void DismissAll();
 
@@ -44,6 +47,7 @@ class MessageBoxes {
   std::optional<Box> shown_;
   std::deque<Box> waiting_;
   std::unique_ptr<QMessageBox> standing_;  ///< the window of `shown_`
+  QMessageBox* asking_ = nullptr;          ///< box of a caller that is held for an answer
   QEventLoop* held_ = nullptr;             ///< loop of a caller that is held
   bool ended_ = false;
 };

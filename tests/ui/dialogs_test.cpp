@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QPainter>
+#include <QTest>
 
 #include "platform/qt/text.h"
 #include "tests/ui/panel_plant.h"
@@ -27,12 +29,43 @@ class DetailWindowTest : public testing::Test {
   PanelPlant plant;
 };
 
-TEST_F(DetailWindowTest, AChannelSetUpForTheMissingVirtualTerminalSaysSoAndLeavesTheButtonsAlone) {
+TEST_F(DetailWindowTest, TheVirtualTerminalSendsKeysOfMouseAndKeyboardToItsNode) {
+  plant.Connect(kCh);
   plant.tables.ChanVirtualTerminal[kCh] = True;
-  EXPECT_THROW(Open(), std::runtime_error);
-  ASSERT_EQ(plant.plant.notice.boxes.size(), 1U);
-  EXPECT_THAT(plant.plant.notice.boxes[0].text, testing::HasSubstr("channel 5"));
+  MemoryTerminals& terminals = plant.plant.terminals;
+  terminals.registered = true;
+  plant.dialogs.cmdDetail(kCh, nullptr);
+  ASSERT_TRUE(plant.dialogs.IsOpen());
+  QWidget* form = nullptr;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->objectName() == "VANTOR") form = window;
+  }
+  ASSERT_NE(form, nullptr);
+  EXPECT_EQ(form->windowTitle(), " Tarvex Channel 5  Virtual Vantor...");
+  auto& picture = *form->findChild<QWidget*>("Picture1");
+  QTest::keyClick(&picture, Qt::Key_1);
+  EXPECT_TRUE(terminals.keys.empty()) << "no node is chosen";
+  form->findChild<QAbstractButton*>("Option1(2)")->click();
+  form->findChild<QAbstractButton*>("Label22")->click();
+  QTest::keyClick(&picture, Qt::Key_1);
+  QTest::keyClick(&picture, Qt::Key_F5);
+  QTest::keyClick(&picture, Qt::Key_Escape);
+  QTest::keyClick(&picture, Qt::Key_Backspace);
+  form->findChild<QAbstractButton*>("Key_Z")->click();
+  const std::vector<MemoryTerminals::Key> sent = {{3, 0, 46}, {3, 0, 49}, {3, 0, 7}, {3, 0, 2},
+                                                  {3, 0, 27}, {3, 1, 6},  {3, 1, 8}, {3, 1, 7}};
+  EXPECT_EQ(terminals.keys, sent);
+  EXPECT_TRUE(form->isVisible()) << "Esc is a key of the terminal";
+  form->findChild<QAbstractButton*>("cmdClose")->click();
   EXPECT_FALSE(plant.dialogs.IsOpen());
+
+  terminals.registered = false;
+  plant.dialogs.cmdDetail(kCh, nullptr);
+  form->findChild<QAbstractButton*>("Key_Z")->click();
+  ASSERT_EQ(plant.plant.notice.boxes.size(), 1U);
+  EXPECT_EQ(plant.plant.notice.boxes[0].caption, "VANTAPI32.DLL Error");
+  EXPECT_THAT(plant.plant.notice.boxes[0].text, testing::StartsWith("Error Code= VANT_INVALID_PROCESS\r\nA process"));
+  EXPECT_EQ(terminals.keys.size(), sent.size()) << "the key is not sent again";
 }
 
 TEST_F(DetailWindowTest, TheRawStreamIsShownWithItsControlCharactersInDebugMode) {

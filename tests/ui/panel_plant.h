@@ -23,7 +23,7 @@ class PanelPlant {
     plant.tables.StartMinimized = False;
     plant.tables.GDITimerSleep = 0;
     plant.events.onDoEvents = [] { QCoreApplication::processEvents(); };
-    dialogs.Use(engine);
+    dialogs.Use(engine, plant.manager.Terminal());
     plant.dialogs.onDetail = [this](int element, std::string_view text) { dialogs.ShowDetail(element, text); };
     startupForm.Use(engine, [this] { panel.Unload(); });
     panel.Use(engine, dialogs);

@@ -12,7 +12,7 @@
 
 #include "config/setup/typed_text.h"
 #include "platform/qt/text.h"
-#include "ui/setup/key_code.h"
+#include "ui/key_code.h"
 #include "ui/setup/marked_check_box.h"
 
 namespace {

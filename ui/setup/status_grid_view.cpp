@@ -7,7 +7,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/fonts.h"
-#include "ui/setup/key_code.h"
+#include "ui/key_code.h"
 
 namespace {
 

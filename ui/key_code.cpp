@@ -1,4 +1,4 @@
-#include "ui/setup/key_code.h"
+#include "ui/key_code.h"
 
 #include <QKeyEvent>
 
@@ -15,6 +15,7 @@ int KeyCodeOf(const QKeyEvent& event) {
   for (const Row& row : kRows) {
     if (row.key == event.key()) return row.code;
   }
+  if (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F12) return 112 + event.key() - Qt::Key_F1;
   const bool isDigit = event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9;
   return isDigit ? event.key() : 0;
 }
