@@ -12,7 +12,6 @@
 #include "app/text_screen/row_printer.h"
 #include "app/text_screen/text_screen.h"
 #include "config/port_addresses.h"
-#include "platform/absent/databases.h"
 #include "platform/absent/opc.h"
 #include "platform/absent/terminal_library.h"
 #include "platform/curses/curses_terminal.h"
@@ -22,6 +21,7 @@
 #include "platform/posix/posix_system.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/speech/speech.h"
+#include "platform/sqlite/sqlite_engine.h"
 
 /// What a headless program shows, asked for in its environment.
 struct DaemonOptions {
@@ -54,7 +54,7 @@ class Daemon {
   LogNotice notice_;
   AbsentOpc opc_;
   AbsentTerminalLibrary terminals_;
-  AbsentDatabases databases_;
+  SqliteEngine databases_;
   DaemonStartupForm startupForm_;
   DaemonMainForm mainForm_;
   HeadlessDialogs dialogs_;

@@ -8,7 +8,6 @@
 #include "app/run_summary.h"
 #include "config/port_addresses.h"
 #include "config/setup/channel_setup.h"
-#include "platform/absent/databases.h"
 #include "platform/absent/opc.h"
 #include "platform/absent/terminal_library.h"
 #include "platform/dbus/bus_adapter.h"
@@ -17,6 +16,7 @@
 #include "platform/posix/posix_serial_ports.h"
 #include "platform/posix/posix_system.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/sqlite/sqlite_engine.h"
 #include "ui/dialogs.h"
 #include "ui/frm_tarvex_startup.h"
 #include "ui/frm_tarvex_std_setup.h"
@@ -53,7 +53,7 @@ class Desktop {
   DesktopNotice notice_;
   AbsentOpc opc_;
   AbsentTerminalLibrary terminals_;
-  AbsentDatabases databases_;
+  SqliteEngine databases_;
   Dialogs dialogs_;
   frmTarvexStartup startupForm_;
   frmTXM mainForm_;

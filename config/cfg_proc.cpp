@@ -1,6 +1,7 @@
 #include "config/cfg_proc.h"
 
 #include "config/channel_file.h"
+#include "config/database_rights_file.h"
 #include "config/format_file.h"
 #include "config/system_file.h"
 
@@ -57,3 +58,5 @@ void CfgStore::MoveScreen(int action, int number) {
       return;
   }
 }
+
+void CfgStore::ReadDatabaseRights() { ::ReadDatabaseRights(tables_, files_); }

@@ -20,6 +20,7 @@ class CfgStore : public Configuration {
   /// there, and an unknown action does nothing. Raises what files raise and, for a damaged file, 62 (it ends too
   /// early), 13 (a field of the wrong type), 6 or 9 (a number out of its range), with file, line and field.
   void CfgProc(int action, int number) override;
+  void ReadDatabaseRights() override;
 
   /// The screen that actions 1, 2, 13 and 14 work on; null while there is none. It must outlive the store or be
   /// taken away again.

@@ -28,4 +28,7 @@ class Configuration {
   /// Raises what the files raise, with file, line and field in the description. What is wrong with a format file
   /// is kept in `ProtoFault` as well.
   virtual void CfgProc(int action, int number) = 0;
+  /// Reads which channel may use which database. Raises what is wrong with the file of rights, when all of it has been
+  /// read.
+  virtual void ReadDatabaseRights() = 0;
 };

@@ -125,6 +125,7 @@ void LaunchMainScreen(Engine& engine) {
   engine.tables.InterfacePending = True;
   RequestFirstInitialisation(engine.tables);
   ReadSystemFile(engine);
+  ReportFault(engine, [&] { engine.configuration.ReadDatabaseRights(); });
   engine.mainForm.Show();
 }
 

@@ -13,6 +13,7 @@ class ScriptedConfiguration : public Configuration {
  public:
   std::string journal;
   std::function<void(int action, int number)> onRead;
+  void ReadDatabaseRights() override {}
   void CfgProc(int action, int number) override {
     journal += std::to_string(action) + ":" + std::to_string(number) + " ";
     if (onRead) onRead(action, number);

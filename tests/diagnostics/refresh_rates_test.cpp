@@ -63,6 +63,7 @@ class RecordingConfiguration : public Configuration {
  public:
   std::vector<int> actions;
   bool diskFull = false;
+  void ReadDatabaseRights() override {}
   void CfgProc(int action, int) override {
     actions.push_back(action);
     if (diskFull) throw RunTimeError(ErrorNumber::DiskFull, "Disk full: /plant/TarvexSysSetup.Cfg");

@@ -87,9 +87,9 @@ TEST_F(SerialClientTest, ARefusedStatementIsAnsweredPastTheQueueAndToldOnce) {
 }
 
 TEST_F(SerialClientTest, TheFileOfRightsRefusesWhatItDoesNotName) {
-  tables.DatabaseRightsSet = True;
-  tables.DatabaseRights = {
-      {kCh, "/plant/read.db", false}, {kCh, "/plant/write.db", true}, {3, "/plant/other.db", true}};
+  std::string& file = plant.files.content["/plant/Tarvex-Database.Cfg"];
+  file = "2,\"read.db\",\"read\"\r\n2,/plant/write.db,write\n4,\"other.db\",\"write\"\n";
+  plant.engine.configuration.ReadDatabaseRights();
   const struct {
     const char* line;
     const char* opened;  ///< nullptr: refused
@@ -107,6 +107,20 @@ TEST_F(SerialClientTest, TheFileOfRightsRefusesWhatItDoesNotName) {
   }
   EXPECT_THAT(plant.LogText(LogType::Error),
               HasSubstr("3051  Permission denied: channel 2 may not write /plant/read.db"));
+  const auto isRefused = [&](const std::string& database) {
+    plant.databases.asked.clear();
+    plant.Tick(kCh, "/DBNAME=" + database + "!/QUERY=SELECT 1!\n");
+    return plant.databases.asked.front() == "abandon";
+  };
+  for (const char* damage : {"33,x,read\n", "2,x\n", "2,x,all\n", "2,\"\",read\n", "2,x,read,more\n"}) {
+    file = std::string(damage) + "2,good.db,read\n";
+    EXPECT_THROW(plant.engine.configuration.ReadDatabaseRights(), RunTimeError) << damage;
+    EXPECT_TRUE(isRefused("x")) << damage;
+    EXPECT_FALSE(isRefused("good.db")) << damage;
+  }
+  file.clear();
+  plant.engine.configuration.ReadDatabaseRights();
+  EXPECT_FALSE(isRefused("x")) << "without the file everything is allowed";
 }
 
 }  // namespace

@@ -21,6 +21,16 @@ bool Reads(Findings& findings, const std::string& file, const Step& step) {
   }
 }
 
+/// What the file of rights lets whom do; nothing without one.
+void PrintDatabaseRights(const Tables& tables) {
+  if (tables.DatabaseRightsSet == False) return;
+  for (const DatabaseRight& right : tables.DatabaseRights) {
+    std::printf("Tarvex-Database.Cfg: channel %s may %s %s\n", DisplayNumber(right.ch).c_str(),
+                right.write ? "read and write" : "read", right.path.c_str());
+  }
+  std::printf("Tarvex-Database.Cfg: any other use of a database is refused\n");
+}
+
 void Append(Findings& findings, const Findings& more) { findings.insert(findings.end(), more.begin(), more.end()); }
 
 void CheckOneProtocol(SettingsFolder& settings, int proto, bool used, Findings& findings) {
@@ -72,6 +82,10 @@ int Check(const std::string& folder, const Words& given) {
     const bool wanted = target.kind == Target::Kind::All || used[proto] == True ||
                         (target.kind == Target::Kind::Protocol && target.number == proto);
     if (wanted) CheckOneProtocol(settings, proto, used[proto] == True, findings);
+  }
+  if (target.kind == Target::Kind::All) {
+    Reads(findings, "Tarvex-Database.Cfg", [&] { settings.ReadDatabaseRights(); });
+    PrintDatabaseRights(tables);
   }
   for (const Finding& finding : findings) std::printf("%s\n", finding.Line().c_str());
   if (findings.empty()) std::printf("Nothing questionable was found.\n");

@@ -42,6 +42,7 @@ class SettingsFolder {
   /// Reads without filling the screen. Raises what the files raise.
   void ReadChannel(int ch);
   void ReadProtocol(int proto);
+  void ReadDatabaseRights() { configuration_.ReadDatabaseRights(); }
 
   /// Takes the screen's fields and puts the files that changed in place, all of them or none.
   void WriteChannel(int ch);
