@@ -20,6 +20,7 @@ Daemon::Daemon(const std::string& programFolder, const DaemonOptions& options)
       system_(programFolder),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       notice_(system_, STDERR_FILENO),
+      terminals_([this] { return manager_.Store().ProgramFolder; }, [this](const std::string& why) { LogFault(why); }),
       manager_(
           {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},
           programFolder),
@@ -46,6 +47,11 @@ int Daemon::Run(std::string_view commandLine) {
   ShutDown();
   if (options_.summary) standardOutput_.Write(summary + "\n");
   return 0;
+}
+
+void Daemon::LogFault(const std::string& why) {
+  Engine& engine = manager_.Parts();
+  ReportFault(engine, [&] { engine.log.WriteLog(LogType::Error, why); });
 }
 
 void Daemon::StartSpeech() {

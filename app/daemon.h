@@ -13,7 +13,6 @@
 #include "app/text_screen/text_screen.h"
 #include "config/port_addresses.h"
 #include "platform/absent/opc.h"
-#include "platform/absent/terminal_library.h"
 #include "platform/curses/curses_terminal.h"
 #include "platform/dbus/bus_adapter.h"
 #include "platform/posix/posix_files.h"
@@ -22,6 +21,7 @@
 #include "platform/qt/qt_event_loop.h"
 #include "platform/speech/speech.h"
 #include "platform/sqlite/sqlite_engine.h"
+#include "platform/vant/vant_library.h"
 
 /// What a headless program shows, asked for in its environment.
 struct DaemonOptions {
@@ -38,6 +38,7 @@ class Daemon {
   int Run(std::string_view commandLine);
 
  private:
+  void LogFault(const std::string& why);
   void StartSpeech();
   void OpenScreen();
   void CloseScreen();
@@ -53,7 +54,7 @@ class Daemon {
   QtEventLoop events_;
   LogNotice notice_;
   AbsentOpc opc_;
-  AbsentTerminalLibrary terminals_;
+  VantLibrary terminals_;
   SqliteEngine databases_;
   DaemonStartupForm startupForm_;
   DaemonMainForm mainForm_;

@@ -28,8 +28,9 @@ DisplaySize SizeOfDisplay() {
 Desktop::Desktop(const std::string& programFolder, bool summary)
     : system_(programFolder, SizeOfDisplay()),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
-      speech_([this](const std::string& why) { RunInMessageLoop([this, why] { LogMissingSpeech(why); }); }),
+      speech_([this](const std::string& why) { RunInMessageLoop([this, why] { LogFault(why); }); }),
       notice_(boxes_, speech_),
+      terminals_([this] { return manager_.Store().ProgramFolder; }, [this](const std::string& why) { LogFault(why); }),
       manager_(
           {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},
           programFolder),
@@ -93,7 +94,7 @@ std::string Desktop::DescribePort(int comNumber) {
   }
 }
 
-void Desktop::LogMissingSpeech(const std::string& why) {
+void Desktop::LogFault(const std::string& why) {
   Engine& engine = manager_.Parts();
   ReportFault(engine, [&] { engine.log.WriteLog(LogType::Error, why); });
 }

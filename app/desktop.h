@@ -9,7 +9,6 @@
 #include "config/port_addresses.h"
 #include "config/setup/channel_setup.h"
 #include "platform/absent/opc.h"
-#include "platform/absent/terminal_library.h"
 #include "platform/dbus/bus_adapter.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/posix_port_probe.h"
@@ -17,6 +16,7 @@
 #include "platform/posix/posix_system.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/sqlite/sqlite_engine.h"
+#include "platform/vant/vant_library.h"
 #include "ui/dialogs.h"
 #include "ui/frm_tarvex_startup.h"
 #include "ui/frm_tarvex_std_setup.h"
@@ -37,7 +37,7 @@ class Desktop {
   void ConnectTimers();
   std::string DescribePort(int comNumber);
   void Tell(const std::string& text);
-  void LogMissingSpeech(const std::string& why);
+  void LogFault(const std::string& why);
   void End();
   /// The display has gone: everything but the windows is closed.
   void EndWithoutDisplay();
@@ -52,7 +52,7 @@ class Desktop {
   Speech speech_;
   DesktopNotice notice_;
   AbsentOpc opc_;
-  AbsentTerminalLibrary terminals_;
+  VantLibrary terminals_;
   SqliteEngine databases_;
   Dialogs dialogs_;
   frmTarvexStartup startupForm_;
