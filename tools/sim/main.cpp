@@ -5,7 +5,6 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -15,12 +14,14 @@
 #include <fstream>
 #include <iostream>
 #include <sstream>
+#include <vector>
 
 #include "core/version.h"
 #include "tools/sim/link_folder.h"
 #include "tools/sim/options.h"
 #include "tools/sim/plant.h"
 #include "tools/sim/plant_file.h"
+#include "tools/sim/terminal_network.h"
 #include "tools/sim/word_sources.h"
 #include "tools/sim/words.h"
 
@@ -49,16 +50,25 @@ void WritePorts(const Plant& plant, const std::string& path) {
   std::filesystem::rename(fresh, path);
 }
 
-void PrintPlant(const Plant& plant) {
+void PrintPlant(const Plant& plant, const TerminalNetwork& network) {
   for (const Device& device : plant.Devices()) {
     std::printf("COM%-3d %-28s %s\n", device.Settings().com, device.Settings().name.c_str(),
                 device.Wire().Address().c_str());
+  }
+  for (const SqlClient& client : plant.Clients()) {
+    std::printf("COM%-3d %-28s %s\n", client.Settings().com, client.Settings().name.c_str(),
+                client.Wire().Address().c_str());
+  }
+  for (const Terminal& terminal : network.Terminals()) {
+    std::printf("v%-5d %-28s on the network\n", terminal.Settings().node, terminal.Settings().name.c_str());
   }
   std::printf("%zu scales are on the line. Type help for what can be done to them.\n", plant.Devices().size());
   std::fflush(stdout);
 }
 
-void PrintSummary(const Plant& plant) {
+void PrintSummary(const Plant& plant, const TerminalNetwork& network) {
+  for (const SqlClient& client : plant.Clients()) std::printf("%s\n", client.Report().c_str());
+  for (const Terminal& terminal : network.Terminals()) std::printf("%s\n", terminal.Report().c_str());
   long sent = 0;
   long leftOut = 0;
   for (const Device& device : plant.Devices()) {
@@ -83,8 +93,12 @@ Descriptor EndingSignals() {
 }
 
 /// False if one of the words ends the plant.
-bool ObeyAll(Plant& plant, WordSource& source) {
+bool ObeyAll(Plant& plant, TerminalNetwork& network, WordSource& source) {
   for (const std::string& line : source.Lines()) {
+    if (const auto told = network.Obey(line)) {
+      std::fputs(told->c_str(), stdout);
+      continue;
+    }
     const Answer answer = Obey(plant, line);
     std::fputs(answer.text.c_str(), stdout);
     if (answer.end) return false;
@@ -92,20 +106,25 @@ bool ObeyAll(Plant& plant, WordSource& source) {
   return true;
 }
 
-void RunPlant(Plant& plant, int endingSignals, const ControlPipe& control, double seconds) {
+void RunPlant(Plant& plant, TerminalNetwork& network, int endingSignals, const ControlPipe& control, double seconds) {
   using Clock = std::chrono::steady_clock;
   WordSource person(STDIN_FILENO);
   WordSource pipe(control.Handle());
   const auto start = Clock::now();
+  double lastRun = -1;
   for (;;) {
-    std::array<pollfd, 3> watches = {pollfd{endingSignals, POLLIN, 0}, pollfd{person.Watched(), POLLIN, 0},
-                                     pollfd{pipe.Watched(), POLLIN, 0}};
+    std::vector<pollfd> watches = {pollfd{endingSignals, POLLIN, 0}, pollfd{person.Watched(), POLLIN, 0},
+                                   pollfd{pipe.Watched(), POLLIN, 0}};
+    network.AddWatches(watches);
     poll(watches.data(), watches.size(), kStepMilliseconds);
     if (watches[0].revents != 0) return;
-    if (watches[1].revents != 0 && !ObeyAll(plant, person)) return;
-    if (watches[2].revents != 0 && !ObeyAll(plant, pipe)) return;
+    if (watches[1].revents != 0 && !ObeyAll(plant, network, person)) return;
+    if (watches[2].revents != 0 && !ObeyAll(plant, network, pipe)) return;
     const double now = std::chrono::duration<double>(Clock::now() - start).count();
     if (seconds > 0 && now >= seconds) return;
+    network.Run(now);
+    if (now - lastRun < kStepMilliseconds / 1000.0) continue;  // only the network had something to say
+    lastRun = now;
     plant.Run(now);
     std::fputs(plant.TakeNews().c_str(), stdout);
     std::fflush(stdout);
@@ -118,13 +137,14 @@ int Run(const Options& options) {
   PlantSettings settings =
       options.plant.empty() ? PlainPlant(options.scales, options.rate) : ReadPlantFile(options.plant);
   const LinkFolder links(!options.links.empty() ? options.links : !settings.links.empty() ? settings.links : ".");
-  PlaceLinks(settings.devices, links.Path());
-  Plant plant(settings.devices, options.seed.value_or(settings.seed));
+  PlaceLinks(settings, links.Path());
+  Plant plant(settings.devices, options.seed.value_or(settings.seed), settings.clients);
+  TerminalNetwork network(settings.terminals, options.vant);
   const ControlPipe control(options.control);
   if (!options.ports.empty()) WritePorts(plant, options.ports);
-  PrintPlant(plant);
-  RunPlant(plant, endingSignals.Get(), control, options.seconds);
-  PrintSummary(plant);
+  PrintPlant(plant, network);
+  RunPlant(plant, network, endingSignals.Get(), control, options.seconds);
+  PrintSummary(plant, network);
   return EXIT_SUCCESS;
 }
 

@@ -33,6 +33,7 @@ constexpr Option kOptions[] = {
     {"--links", [](O& o, V v) { o.links = v; }},
     {"--ports", [](O& o, V v) { o.ports = v; }},
     {"--control", [](O& o, V v) { o.control = v; }},
+    {"--vant", [](O& o, V v) { o.vant = v; }},
     {"--seed",
      [](O& o, V v) {
        o.seed = static_cast<std::uint32_t>(Within(WholeNumber(v), 0, 2000000000, "a whole number from 0 on"));
@@ -72,6 +73,7 @@ std::string_view HelpOnOptions() {
          "                   that the plant file names, or the present one)\n"
          "  --ports FILE     write the addresses of all devices as a Tarvex-Ports.Cfg\n"
          "  --control PATH   make a pipe there that takes the same words as standard input\n"
+         "  --vant PATH      make a socket there, behind which the terminals of the plant are reached\n"
          "  --seed N         another course of chance; the same one gives the same weights\n"
          "  --seconds N      end by itself\n"
          "  --version, --help\n";

@@ -17,6 +17,7 @@ struct Options {
   std::string links;
   std::string ports;
   std::string control;
+  std::string vant;  ///< socket of the terminals' network
   std::optional<std::uint32_t> seed;
   double seconds = 0;  ///< 0 runs until it is told to end
   bool help = false;

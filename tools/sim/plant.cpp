@@ -12,8 +12,10 @@ std::unique_ptr<Line> MakeLine(const DeviceSettings& settings) {
 
 }  // namespace
 
-Plant::Plant(const std::vector<DeviceSettings>& settings, std::uint32_t seed)
+Plant::Plant(const std::vector<DeviceSettings>& settings, std::uint32_t seed,
+             const std::vector<ClientSettings>& clients)
     : troubles_(settings.size()), watches_(settings.size()) {
+  for (const ClientSettings& client : clients) clients_.emplace_back(client, MakeTerminalLine(client.link));
   devices_.reserve(settings.size());
   for (const DeviceSettings& device : settings) {
     devices_.emplace_back(device, MakeLine(device), seed + static_cast<std::uint32_t>(device.com));
@@ -29,6 +31,12 @@ void Plant::Run(double now) {
   for (std::size_t index = 0; index < devices_.size(); ++index) {
     devices_[index].Wire().Notice(watches_[index].revents);
     devices_[index].Run(now);
+  }
+  for (SqlClient& client : clients_) {
+    pollfd watch{client.Wire().Watched(), POLLIN, 0};
+    poll(&watch, 1, 0);
+    client.Wire().Notice(watch.revents);
+    client.Run(now);
   }
 }
 
@@ -53,13 +61,14 @@ std::string Plant::TakeNews() {
 
 std::string PortFile(const Plant& plant) {
   std::string text;
-  for (const Device& device : plant.Devices()) {
-    const std::string address = device.Wire().Address();
+  const auto add = [&](int com, const std::string& address) {
     if (address.find_first_of("\"\r\n") != address.npos) {
       throw std::invalid_argument("A ports file cannot hold the address " + address);
     }
-    text += std::to_string(device.Settings().com) + ",\"" + address + "\"\r\n";
-  }
+    text += std::to_string(com) + ",\"" + address + "\"\r\n";
+  };
+  for (const Device& device : plant.Devices()) add(device.Settings().com, device.Wire().Address());
+  for (const SqlClient& client : plant.Clients()) add(client.Settings().com, client.Wire().Address());
   return text;
 }
 

@@ -7,14 +7,16 @@
 #include <vector>
 
 #include "tools/sim/device.h"
+#include "tools/sim/sql_client.h"
 
 namespace sim {
 
-/// All devices of a plant on one clock.
+/// All devices and clients of a plant that are on lines, on one clock.
 class Plant {
  public:
   /// Makes and plugs all lines. Raises `std::system_error`.
-  Plant(const std::vector<DeviceSettings>& settings, std::uint32_t seed);
+  Plant(const std::vector<DeviceSettings>& settings, std::uint32_t seed,
+        const std::vector<ClientSettings>& clients = {});
 
   /// Brings every device to `now`, seconds since the start; times never go back.
   void Run(double now);
@@ -24,12 +26,14 @@ class Plant {
   /// None if no device has this COM number.
   Device* Find(int com);
   const std::vector<Device>& Devices() const { return devices_; }
+  const std::vector<SqlClient>& Clients() const { return clients_; }
 
   /// What has gone wrong or right with lines since the last call, a line each.
   std::string TakeNews();
 
  private:
   std::vector<Device> devices_;
+  std::vector<SqlClient> clients_;
   std::vector<std::string> troubles_;  ///< of each device, as last told
   std::vector<pollfd> watches_;
   double now_ = 0;

@@ -1,5 +1,6 @@
 #include "tools/sim/plant_file.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <sstream>
@@ -11,6 +12,19 @@ namespace sim {
 
 namespace {
 
+enum class Section { Plant, Scale, Terminal, Client };
+
+struct SectionName {
+  std::string_view title;
+  Section section;
+};
+
+constexpr SectionName kSections[] = {
+    {"[scale]", Section::Scale}, {"[terminal]", Section::Terminal}, {"[client]", Section::Client}};
+
+/// Keys that may be given more than once.
+constexpr std::string_view kRepeated[] = {"fault", "transaction"};
+
 class PlantReader {
  public:
   explicit PlantReader(const std::string& fileName) : fileName_(fileName) {}
@@ -19,12 +33,8 @@ class PlantReader {
     ++line_;
     line = Strip(line);
     if (line.empty() || line.starts_with('#')) return;
-    if (line == "[scale]") {
-      CheckDevice();
-      plant_.devices.emplace_back();
-      section_ = line_;
-      keysSeen_.clear();
-      return;
+    for (const SectionName& known : kSections) {
+      if (line == known.title) return Begin(known.section);
     }
     const std::size_t equals = line.find('=');
     if (equals == line.npos) Fail(line_, "expected [scale] or key = value, found \"" + std::string(line) + "\"");
@@ -37,8 +47,8 @@ class PlantReader {
   }
 
   PlantSettings End() {
-    if (plant_.devices.empty()) throw PlantFileError(fileName_ + ": there is no [scale] in it");
-    CheckDevice();
+    if (section_ == Section::Plant) throw PlantFileError(fileName_ + ": there is no [scale] in it");
+    Check();
     return std::move(plant_);
   }
 
@@ -47,36 +57,90 @@ class PlantReader {
     throw PlantFileError(fileName_ + ":" + std::to_string(line) + ": " + what);
   }
 
-  void Set(std::string_view name, std::string_view value) {
-    const PlantKey* plantKey = plant_.devices.empty() ? FindPlantKey(name) : nullptr;
-    const DeviceKey* deviceKey = plant_.devices.empty() ? nullptr : FindDeviceKey(name);
-    if (plantKey == nullptr && deviceKey == nullptr) {
-      if (FindDeviceKey(name) != nullptr) Fail(line_, "\"" + std::string(name) + "\" belongs below a [scale]");
-      if (FindPlantKey(name) != nullptr) Fail(line_, "\"" + std::string(name) + "\" belongs above the first [scale]");
-      Fail(line_, "there is no key \"" + std::string(name) + "\"");
+  void Begin(Section section) {
+    Check();
+    section_ = section;
+    sectionLine_ = line_;
+    keysSeen_.clear();
+    if (section == Section::Scale) plant_.devices.emplace_back();
+    if (section == Section::Terminal) plant_.terminals.emplace_back();
+    if (section == Section::Client) plant_.clients.emplace_back();
+  }
+
+  bool SetIn(Section section, std::string_view name, std::string_view value) {
+    const auto set = [&](const auto* key, auto&& settings) {
+      if (key != nullptr) key->set(settings, value);
+      return key != nullptr;
+    };
+    switch (section) {
+      case Section::Plant:
+        return set(FindPlantKey(name), plant_);
+      case Section::Scale:
+        return set(FindDeviceKey(name), plant_.devices.back());
+      case Section::Terminal:
+        return set(FindTerminalKey(name), plant_.terminals.back());
+      case Section::Client:
+        return set(FindClientKey(name), plant_.clients.back());
     }
-    // Each fault has a schedule of its own.
-    if (name != "fault" && !keysSeen_.insert(std::string(name)).second) {
+    return false;
+  }
+
+  void Set(std::string_view name, std::string_view value) {
+    const bool repeated = std::find(std::begin(kRepeated), std::end(kRepeated), name) != std::end(kRepeated);
+    if (!repeated && !keysSeen_.insert(std::string(name)).second) {
       Fail(line_, "\"" + std::string(name) + "\" is given twice");
     }
-    if (plantKey != nullptr) plantKey->set(plant_, value);
-    if (deviceKey != nullptr) deviceKey->set(plant_.devices.back(), value);
+    if (SetIn(section_, name, value)) return;
+    if (section_ == Section::Plant && FindDeviceKey(name) != nullptr) {
+      Fail(line_, "\"" + std::string(name) + "\" belongs below a [scale]");
+    }
+    if (FindPlantKey(name) != nullptr) Fail(line_, "\"" + std::string(name) + "\" belongs above the first [scale]");
+    Fail(line_, "there is no key \"" + std::string(name) + "\"");
   }
 
   /// Looks at the section that ends here as a whole.
-  void CheckDevice() {
-    if (plant_.devices.empty()) return;
-    DeviceSettings& device = plant_.devices.back();
-    if (device.com == 0) Fail(section_, "this scale has no \"com\"");
+  void Check() {
+    if (section_ == Section::Scale) CheckDevice(plant_.devices.back());
+    if (section_ == Section::Terminal) CheckTerminal(plant_.terminals.back());
+    if (section_ == Section::Client) CheckClient(plant_.clients.back());
+  }
+
+  void CheckTerminal(TerminalSettings& terminal) {
+    if (terminal.node == 0) Fail(sectionLine_, "this terminal has no \"node\"");
+    if (!nodes_.insert(terminal.node).second) {
+      Fail(sectionLine_, "node " + std::to_string(terminal.node) + " is used twice");
+    }
+    if (terminal.name.empty()) terminal.name = "Terminal " + std::to_string(terminal.node);
+  }
+
+  void CheckClient(ClientSettings& client) {
+    if (client.com == 0) Fail(sectionLine_, "this client has no \"com\"");
+    TakeCom(client.com);
+    if (client.program.empty()) Fail(sectionLine_, "this client has no \"transaction\"");
+    if (client.name.empty()) client.name = "Client " + std::to_string(client.com);
+    if (client.link.empty()) client.link = "client" + std::to_string(client.com);
+    TakeLink(client.link);
+  }
+
+  void CheckDevice(DeviceSettings& device) {
+    if (device.com == 0) Fail(sectionLine_, "this scale has no \"com\"");
     const std::string com = "COM" + std::to_string(device.com);
-    if (!coms_.insert(device.com).second) Fail(section_, com + " is used twice");
-    if (device.onTcp && !device.link.empty()) Fail(section_, com + " has a link and TCP; it can be on one line alone");
+    TakeCom(device.com);
+    if (device.onTcp && !device.link.empty()) {
+      Fail(sectionLine_, com + " has a link and TCP; it can be on one line alone");
+    }
     if (device.name.empty()) device.name = "Scale " + std::to_string(device.com);
     if (!device.onTcp && device.link.empty()) device.link = "scale" + std::to_string(device.com);
-    if (!device.onTcp && !links_.insert(device.link).second) {
-      Fail(section_, "the link \"" + device.link + "\" is used twice");
-    }
+    if (!device.onTcp) TakeLink(device.link);
     CheckScale(com, device);
+  }
+
+  void TakeCom(int com) {
+    if (!coms_.insert(com).second) Fail(sectionLine_, "COM" + std::to_string(com) + " is used twice");
+  }
+
+  void TakeLink(const std::string& link) {
+    if (!links_.insert(link).second) Fail(sectionLine_, "the link \"" + link + "\" is used twice");
   }
 
   void CheckScale(const std::string& com, const DeviceSettings& device) const {
@@ -91,15 +155,16 @@ class PlantReader {
     } else {
       return;
     }
-    Fail(section_, fault.str());
+    Fail(sectionLine_, fault.str());
   }
 
   std::string fileName_;
   int line_ = 0;
-  int section_ = 0;  ///< line of the last [scale]
+  Section section_ = Section::Plant;
+  int sectionLine_ = 0;  ///< where it begins
   PlantSettings plant_;
   std::set<std::string> keysSeen_;
-  std::set<int> coms_;
+  std::set<int> coms_, nodes_;
   std::set<std::string> links_;
 };
 
@@ -128,10 +193,12 @@ PlantSettings PlainPlant(int scales, double rate) {
   return plant;
 }
 
-void PlaceLinks(std::vector<DeviceSettings>& devices, const std::string& folder) {
-  for (DeviceSettings& device : devices) {
-    if (!device.onTcp && !device.link.starts_with('/')) device.link = folder + "/" + device.link;
-  }
+void PlaceLinks(PlantSettings& plant, const std::string& folder) {
+  const auto place = [&](std::string& link) {
+    if (!link.empty() && !link.starts_with('/')) link = folder + "/" + link;
+  };
+  for (DeviceSettings& device : plant.devices) place(device.link);
+  for (ClientSettings& client : plant.clients) place(client.link);
 }
 
 }  // namespace sim

@@ -54,8 +54,26 @@ LoadStep ToLoad(std::string_view text) {
   return {ToNumber(words[0], -kHeaviest, kHeaviest), ToSeconds(words[2], 0.1), over ? ToSeconds(words[4], 0) : 0};
 }
 
-void SetLoad(DeviceSettings& device, std::string_view value) {
-  for (const std::string_view step : Pieces(value, ',')) device.scale.load.push_back(ToLoad(step));
+std::vector<LoadStep> ToLoads(std::string_view text) {
+  std::vector<LoadStep> loads;
+  for (const std::string_view step : Pieces(text, ',')) loads.push_back(ToLoad(step));
+  return loads;
+}
+
+/// "SQL statement", "DATE days", "LOT" or "TEST".
+Transaction ToTransaction(std::string_view text) {
+  const std::string_view word = text.substr(0, text.find(' '));
+  const std::string rest(Strip(text.substr(word.size())));
+  if (word == "SQL" && !rest.empty()) return {Transaction::Kind::Sql, rest};
+  if (word == "DATE") return {Transaction::Kind::Date, rest};
+  if (word == "LOT" && rest.empty()) return {Transaction::Kind::Lot};
+  if (word == "TEST" && rest.empty()) return {Transaction::Kind::Test};
+  throw BadValue("SQL STATEMENT, DATE DAYS, LOT or TEST");
+}
+
+Transaction ToStatement(std::string_view text) {
+  if (text.empty() || text.find('!') != text.npos) throw BadValue("a statement without \"!\"");
+  return {Transaction::Kind::Sql, std::string(text)};
 }
 
 /// "silence every 60 for 10".
@@ -82,11 +100,11 @@ void SetTcp(DeviceSettings& device, std::string_view value) {
   device.tcpPort = value == "any" ? 0 : ToWhole(value, 1, 65535);
 }
 
-void SetLink(DeviceSettings& device, std::string_view value) {
+std::string ToLink(std::string_view value) {
   const bool fullPath = value.starts_with('/') && !value.ends_with('/');
   const bool fileName = !value.empty() && value.find('/') == value.npos && value != "." && value != "..";
   if (!fullPath && !fileName) throw BadValue("a file name or a full path");
-  device.link = value;
+  return std::string(value);
 }
 
 void SetCountBy(DeviceSettings& device, std::string_view value) {
@@ -96,6 +114,8 @@ void SetCountBy(DeviceSettings& device, std::string_view value) {
 
 using P = PlantSettings;
 using D = DeviceSettings;
+using T = TerminalSettings;
+using C = ClientSettings;
 using V = std::string_view;
 
 constexpr PlantKey kPlantKeys[] = {
@@ -106,7 +126,7 @@ constexpr PlantKey kPlantKeys[] = {
 constexpr DeviceKey kDeviceKeys[] = {
     {"name", [](D& d, V v) { d.name = v; }},
     {"com", [](D& d, V v) { d.com = ToWhole(v, 1, 68); }},
-    {"link", SetLink},
+    {"link", [](D& d, V v) { d.link = ToLink(v); }},
     {"tcp", SetTcp},
     {"form", SetForm},
     {"mode", [](D& d, V v) { d.onRequest = ToChoice(v, "continuous", "request"); }},
@@ -116,7 +136,7 @@ constexpr DeviceKey kDeviceKeys[] = {
     {"capacity", [](D& d, V v) { d.scale.capacity = ToNumber(v, 0.001, kHeaviest); }},
     {"decimals", [](D& d, V v) { d.scale.decimals = ToWhole(v, -2, 5); }},
     {"count by", SetCountBy},
-    {"load", SetLoad},
+    {"load", [](D& d, V v) { d.scale.load = ToLoads(v); }},
     {"phase", [](D& d, V v) { d.scale.phase = ToSeconds(v, 0); }},
     {"overshoot", [](D& d, V v) { d.scale.overshoot = ToNumber(v, 0, 0.9); }},
     {"settle", [](D& d, V v) { d.scale.settle = ToSeconds(v, 0.05); }},
@@ -124,6 +144,27 @@ constexpr DeviceKey kDeviceKeys[] = {
     {"tare", [](D& d, V v) { d.scale.tare = ToNumber(v, 0, kHeaviest); }},
     {"zero error", [](D& d, V v) { d.scale.zeroError = ToNumber(v, -kHeaviest, kHeaviest); }},
     {"fault", SetFault},
+};
+
+constexpr TerminalKey kTerminalKeys[] = {
+    {"name", [](T& t, V v) { t.name = v; }},
+    {"node", [](T& t, V v) { t.node = ToWhole(v, 1, 255); }},
+    {"database", [](T& t, V v) { t.database = v; }},
+    {"transaction", [](T& t, V v) { t.program.push_back(ToTransaction(v)); }},
+    {"every", [](T& t, V v) { t.every = ToSeconds(v, 0); }},
+    {"patience", [](T& t, V v) { t.patience = ToSeconds(v, 0.1); }},
+    {"load", [](T& t, V v) { t.load = ToLoads(v); }},
+    {"decimals", [](T& t, V v) { t.decimals = ToWhole(v, 0, 5); }},
+};
+
+constexpr ClientKey kClientKeys[] = {
+    {"name", [](C& c, V v) { c.name = v; }},
+    {"com", [](C& c, V v) { c.com = ToWhole(v, 1, 68); }},
+    {"link", [](C& c, V v) { c.link = ToLink(v); }},
+    {"database", [](C& c, V v) { c.database = v; }},
+    {"transaction", [](C& c, V v) { c.program.push_back(ToStatement(v)); }},
+    {"every", [](C& c, V v) { c.every = ToSeconds(v, 0); }},
+    {"patience", [](C& c, V v) { c.patience = ToSeconds(v, 0.1); }},
 };
 
 template <typename Key, std::size_t size>
@@ -137,5 +178,9 @@ const Key* Find(const Key (&keys)[size], std::string_view name) {
 const PlantKey* FindPlantKey(std::string_view name) { return Find(kPlantKeys, name); }
 
 const DeviceKey* FindDeviceKey(std::string_view name) { return Find(kDeviceKeys, name); }
+
+const TerminalKey* FindTerminalKey(std::string_view name) { return Find(kTerminalKeys, name); }
+
+const ClientKey* FindClientKey(std::string_view name) { return Find(kClientKeys, name); }
 
 }  // namespace sim

@@ -24,9 +24,20 @@ struct DeviceKey {
   void (*set)(DeviceSettings&, std::string_view value);
 };
 
-/// Null if no key of the whole plant has this name.
+struct TerminalKey {
+  std::string_view name;
+  void (*set)(TerminalSettings&, std::string_view value);
+};
+
+struct ClientKey {
+  std::string_view name;
+  void (*set)(ClientSettings&, std::string_view value);
+};
+
+/// Null if no key of the whole plant, or of a section of that kind, has this name.
 const PlantKey* FindPlantKey(std::string_view name);
-/// Null if no key of a device has this name.
 const DeviceKey* FindDeviceKey(std::string_view name);
+const TerminalKey* FindTerminalKey(std::string_view name);
+const ClientKey* FindClientKey(std::string_view name);
 
 }  // namespace sim

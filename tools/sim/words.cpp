@@ -103,6 +103,7 @@ std::string_view HelpOnWords() {
          "  stop COM              end every fault of the device, the planned ones too\n"
          "  load COM WEIGHT       put this weight on and leave it there\n"
          "  load COM auto         go back to the loads of the plant file\n"
+         "  pull, plug, silence vN   the same with terminal N; show vN tells what it has done\n"
          "  help                  these lines\n"
          "  quit                  end the plant\n"
          "TIME is in seconds, or on, or off; without it a fault lasts 5 seconds.\n";

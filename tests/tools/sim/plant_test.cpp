@@ -25,7 +25,7 @@ class PlantTest : public testing::Test {
       device.scale.load = {{500, 1000}};
       device.onTcp = onTcp;
     }
-    PlaceLinks(settings.devices, folder_.Path());
+    PlaceLinks(settings, folder_.Path());
     plant_ = std::make_unique<Plant>(settings.devices, 1);
     floor_.addressOf = [this](int com) { return plant_->Find(com)->Wire().Address(); };
     floor_.Open();
