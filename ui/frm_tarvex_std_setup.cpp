@@ -260,7 +260,7 @@ QWidget* frmTarvexStdSetup::MakeDataFields(QWidget* parent) {
   column->setSpacing(3);
   auto* const table = new QWidget(panel);
   QGridLayout* const grid = Grid(table, 2);
-  const char* const headings[] = {"Field\nName", "Starting Char-\nacter Position", "Field\nLength", "Field\nEnable"};
+  const char* const headings[] = {"Field\nName", "Starting\nCharacter\nPosition", "Field\nLength", "Field\nEnable"};
   for (int at = 0; at < 4; ++at) {
     QLabel* const heading =
         Text(headings[at], table, at == 0 ? Qt::AlignLeft | Qt::AlignBottom : Qt::AlignHCenter | Qt::AlignBottom);
@@ -278,9 +278,8 @@ QWidget* frmTarvexStdSetup::MakeDataFields(QWidget* parent) {
   auto* const framing = new QWidget(panel);
   QGridLayout* const lines = Grid(framing, 2);
   for (int at = 8; at <= 10; ++at) {
-    QLabel* const caption = Text(CaptionsOf(parts_->model.Fields().At(Control::t, at)), framing);
+    QLabel* const caption = Text(ToText(parts_->model.Fields().At(Control::t, at).row->captions), framing);
     caption->setProperty("small", true);
-    caption->setWordWrap(true);
     lines->addWidget(caption, at, 0);
     lines->addWidget(Sized(fields_->Make(Control::t, at, framing), 60, 21), at, 1, Qt::AlignRight);
   }
