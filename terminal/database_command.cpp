@@ -34,7 +34,9 @@ bool DatabaseCommands::IsDoneInThisTick(DatabaseSession& session) {
     waited_ = 0;
   }
   const std::int64_t start = engine_.system.Milliseconds();
-  const bool done = session.IsDone(static_cast<int>(std::max<std::int64_t>(0, kLongestWait - waited_)));
+  // Half of the interval at most, so that the ticks keep their pace.
+  const std::int64_t most = std::min<std::int64_t>(kLongestWait, engine_.tables.Timer1Interval / 2);
+  const bool done = session.IsDone(static_cast<int>(std::max<std::int64_t>(0, most - waited_)));
   waited_ += engine_.system.Milliseconds() - start;
   return done;
 }

@@ -11,9 +11,9 @@
 
 struct Engine;
 
-/// Statements of database clients, one a channel at a time. A tick waits for the database 50 ms at most, over all its
-/// channels; a statement that takes longer is looked after by the next visits of its channel, and its steps go on where
-/// they stood.
+/// Statements of database clients, one a channel at a time. A tick waits for the database half of its interval at most,
+/// and never more than 50 ms, over all its channels; a statement that takes longer is looked after by the next visits
+/// of its channel, and its steps go on where they stood.
 class DatabaseCommands {
  public:
   DatabaseCommands(Engine& engine, DatabaseEngine& databases) : engine_(engine), databases_(databases) {}
