@@ -24,9 +24,10 @@ class DatabaseSession {
   /// Opens a database and closes what an earlier failure has left open. Fault 3024 if there is none: it is never made.
   /// A `readOnly` one refuses whatever would change it, by fault 3051.
   virtual void BeginOpenDatabase(const std::string& path, bool readOnly) = 0;
-  /// Runs a statement that has no result.
+  /// Runs a statement that has no result. Fault 3065 for a query.
   virtual void BeginExecute(const std::string& statement) = 0;
   /// Runs a query to its end. Of its values at least `values` are kept, if there are so many, in whole records.
+  /// A statement without a result is run too, and finds no records.
   virtual void BeginOpenRecordset(const std::string& statement, std::size_t values) = 0;
   virtual void BeginCloseRecordset() = 0;
   virtual void BeginCloseDatabase() = 0;
@@ -49,6 +50,6 @@ class DatabaseEngine {
   virtual DatabaseSession& Session(int ch) = 0;
   /// Frees read locks; called behind each command.
   virtual void Idle() = 0;
-  /// Ends all sessions: what is under way is interrupted and waited for.
+  /// Ends all sessions: what is under way is interrupted and waited for. References to sessions end with it.
   virtual void Close() = 0;
 };

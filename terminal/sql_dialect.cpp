@@ -1,550 +1,363 @@
 #include "terminal/sql_dialect.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
-#include <optional>
-#include <vector>
+#include <array>
+#include <cstddef>
+#include <utility>
 
 #include "protocol/number.h"
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool IsWordCharacter(char c) { return IsLetter(c) || IsDigit(c) || c == '_' || static_cast<unsigned char>(c) >= 128; }
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr std::size_t kNone = std::string_view::npos;
+constexpr std::size_t kLongestDate = 40;
 
-// ---- Tokens
-
-enum class Kind { Gap, Word, Number, Quoted, Date, Symbol };
+enum class Kind { Word, Number, Quoted, Date, Sign };
 
 struct Token {
   Kind kind;
-  std::string text;
-
-  bool Is(std::string_view word) const { return kind == Kind::Word && UpperCase(text) == word; }
-  bool IsSymbol(char c) const { return kind == Kind::Symbol && text.size() == 1 && text.front() == c; }
+  std::string_view gap;  ///< blanks and comments in front of it
+  std::string_view text;
+  std::string upper = {};                       ///< of a word
+  std::size_t partner = kNone;                  ///< ( and ), CASE and END
+  std::string before = {};                      ///< what a rule puts in front of it
+  std::optional<std::string> replacement = {};  ///< what stands in its place
+  std::string after = {};                       ///< what a rule puts behind it
 };
 
-using Tokens = std::vector<Token>;
+bool IsDigit(char character) { return character >= '0' && character <= '9'; }
+bool IsBlank(char character) { return character == ' ' || (character >= '\t' && character <= '\r'); }
+bool IsWordStart(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') || character == '_' ||
+         static_cast<unsigned char>(character) >= 0x80;
+}
+bool IsWordPart(char character) { return IsWordStart(character) || IsDigit(character) || character == '$'; }
 
-/// Length of what begins at the front with a quote: to the closing one, which is doubled where it is meant as it
-/// stands, or to the end.
-std::size_t QuotedSize(std::string_view rest) {
-  const char close = rest.front() == '[' ? ']' : rest.front();
-  std::size_t at = 1;
-  while (at < rest.size()) {
-    if (rest[at] != close) {
+/// Cuts a statement into tokens, each with what stands between it and the one in front.
+class Tokenizer {
+ public:
+  explicit Tokenizer(std::string_view statement) : statement_(statement) {}
+
+  bool Next(Token& token) {
+    token.gap = Cut(EndOfGap());
+    if (at_ == statement_.size()) return false;
+    const char first = statement_[at_];
+    std::size_t end = at_ + 1;
+    token.kind = Kind::Sign;
+    if (first == '\'' || first == '"' || first == '`' || first == '[') {
+      token.kind = Kind::Quoted;
+      end = EndOfQuoted(at_);
+    } else if ((first == 'x' || first == 'X') && end < statement_.size() && statement_[end] == '\'') {
+      token.kind = Kind::Quoted;  // bytes in hexadecimal digits
+      end = EndOfQuoted(end);
+    } else if (IsWordStart(first)) {
+      token.kind = Kind::Word;
+      end = EndWhile(IsWordPart);
+    } else if (IsDigit(first) || (first == '.' && end < statement_.size() && IsDigit(statement_[end]))) {
+      token.kind = Kind::Number;
+      end = EndOfNumber();
+    } else if (first == '#') {
+      end = EndOfDate(token);
+    } else if (end < statement_.size() && IsPair(statement_.substr(at_, 2))) {
+      ++end;
+    }
+    token.text = Cut(end);
+    if (token.kind == Kind::Word) token.upper = UpperCase(token.text);
+    return true;
+  }
+
+ private:
+  static bool IsPair(std::string_view signs) {
+    constexpr std::array<std::string_view, 8> kPairs = {"||", "<=", "<>", ">=", "==", "!=", "<<", ">>"};
+    return std::find(kPairs.begin(), kPairs.end(), signs) != kPairs.end();
+  }
+
+  std::string_view Cut(std::size_t end) {
+    const std::string_view part = statement_.substr(at_, end - at_);
+    at_ = end;
+    return part;
+  }
+
+  std::size_t EndWhile(bool (*belongs)(char)) const {
+    std::size_t end = at_;
+    while (end < statement_.size() && belongs(statement_[end])) ++end;
+    return end;
+  }
+
+  std::size_t EndOfGap() const {
+    std::size_t end = at_;
+    while (end < statement_.size()) {
+      const std::string_view rest = statement_.substr(end);
+      if (IsBlank(rest[0])) {
+        ++end;
+      } else if (rest.starts_with("--")) {
+        end = std::min(statement_.find('\n', end), statement_.size());
+      } else if (rest.starts_with("/*")) {
+        const std::size_t close = statement_.find("*/", end + 2);
+        end = close == kNone ? statement_.size() : close + 2;
+      } else {
+        break;
+      }
+    }
+    return end;
+  }
+
+  /// A quote written twice is a part of the text; a bracket ends with the first one that closes.
+  std::size_t EndOfQuoted(std::size_t open) const {
+    const bool bracket = statement_[open] == '[';
+    const char close = bracket ? ']' : statement_[open];
+    for (std::size_t at = open + 1; at < statement_.size(); ++at) {
+      if (statement_[at] != close) continue;
+      if (bracket || at + 1 == statement_.size() || statement_[at + 1] != close) return at + 1;
       ++at;
-    } else if (close != ']' && at + 1 < rest.size() && rest[at + 1] == close) {
-      at += 2;
-    } else {
-      return at + 1;
+    }
+    return statement_.size();
+  }
+
+  std::size_t EndOfNumber() const {
+    std::size_t end = at_;
+    while (end < statement_.size()) {
+      const char character = statement_[end];
+      const bool sign = (character == '+' || character == '-') && (statement_[end - 1] | 0x20) == 'e' &&
+                        end > at_ + 1 && end + 1 < statement_.size() && IsDigit(statement_[end + 1]);
+      if (!IsWordPart(character) && character != '.' && !sign) break;
+      ++end;
+    }
+    return end;
+  }
+
+  std::size_t EndOfDate(Token& token) const {
+    const std::size_t close = statement_.substr(at_, kLongestDate).find('#', 1);
+    if (close == kNone) return at_ + 1;
+    const std::optional<std::string> date = SqlDateText(statement_.substr(at_ + 1, close - 1));
+    if (!date) return at_ + 1;
+    token.kind = Kind::Date;
+    token.replacement = "'" + *date + "'";
+    return at_ + close + 1;
+  }
+
+  std::string_view statement_;
+  std::size_t at_ = 0;
+};
+
+/// A statement under the rules.
+class Statement {
+ public:
+  explicit Statement(std::string_view text) {
+    Tokenizer tokenizer(text);
+    std::vector<std::size_t> open;
+    Token token{};
+    while (tokenizer.Next(token)) {
+      const std::size_t at = tokens_.size();
+      tokens_.push_back(std::exchange(token, Token{}));
+      if (IsSign(at, "(") || IsWord(at, "CASE")) {
+        open.push_back(at);
+      } else if (IsSign(at, ")") || IsWord(at, "END")) {
+        if (open.empty() || IsSign(at, ")") != IsSign(open.back(), "(")) continue;
+        tokens_[at].partner = open.back();
+        tokens_[open.back()].partner = at;
+        open.pop_back();
+      }
+    }
+    end_ = token.gap;
+  }
+
+  std::size_t Size() const { return tokens_.size(); }
+  Token& operator[](std::size_t at) { return tokens_[at]; }
+  /// False for places that are none, so that rules may look beside the ends.
+  bool IsWord(std::size_t at, std::string_view upper) const {
+    return at < tokens_.size() && tokens_[at].kind == Kind::Word && tokens_[at].upper == upper;
+  }
+  bool IsSign(std::size_t at, std::string_view sign) const {
+    return at < tokens_.size() && tokens_[at].kind == Kind::Sign && tokens_[at].text == sign;
+  }
+  template <std::size_t count>
+  bool IsOneOf(std::size_t at, const std::array<std::string_view, count>& words) const {
+    if (at >= tokens_.size() || tokens_[at].kind == Kind::Quoted) return false;
+    const std::string_view text = tokens_[at].kind == Kind::Word ? tokens_[at].upper : tokens_[at].text;
+    return std::find(words.begin(), words.end(), text) != words.end();
+  }
+  bool IsKind(std::size_t at, Kind kind) const { return at < tokens_.size() && tokens_[at].kind == kind; }
+  bool IsName(std::size_t at) const { return IsKind(at, Kind::Word) || IsKind(at, Kind::Quoted); }
+  bool IsTakenOut(std::size_t at) const { return at < tokens_.size() && tokens_[at].replacement == ""; }
+  void TakeOut(std::size_t at) { tokens_[at].replacement = ""; }
+
+  std::string Text() const {
+    std::string text;
+    for (const Token& token : tokens_) {
+      text.append(token.gap).append(token.before);
+      text.append(token.replacement ? std::string_view(*token.replacement) : token.text).append(token.after);
+    }
+    return text.append(end_);
+  }
+
+ private:
+  std::vector<Token> tokens_;
+  std::string_view end_;
+};
+
+constexpr std::array<std::string_view, 3> kCompounds = {"UNION", "EXCEPT", "INTERSECT"};
+constexpr std::array<std::string_view, 6> kArithmetic = {"+", "-", "*", "/", "%", "||"};
+/// Words that are no operand and no name of a function.
+constexpr std::array<std::string_view, 37> kKeywords = {
+    "SELECT", "DISTINCT",  "ALL",    "FROM",      "WHERE", "GROUP", "ORDER", "BY",   "HAVING", "LIMIT",
+    "OFFSET", "UNION",     "EXCEPT", "INTERSECT", "JOIN",  "ON",    "USING", "AS",   "INTO",   "VALUES",
+    "SET",    "RETURNING", "AND",    "OR",        "NOT",   "IN",    "IS",    "LIKE", "GLOB",   "BETWEEN",
+    "ESCAPE", "COLLATE",   "CASE",   "WHEN",      "THEN",  "ELSE",  "TOP"};
+
+void TakeTruthWords(Statement& statement) {
+  for (std::size_t at = 0; at < statement.Size(); ++at) {
+    const bool yes = statement.IsWord(at, "TRUE");
+    if (!yes && !statement.IsWord(at, "FALSE")) continue;
+    // a field of that name, a name that is given, and the test IS [NOT] TRUE, which the engine has
+    if (statement.IsSign(at - 1, ".") || statement.IsSign(at + 1, ".") || statement.IsSign(at + 1, "(")) continue;
+    if (statement.IsWord(at - 1, "AS") || statement.IsWord(at - 1, "IS")) continue;
+    if (statement.IsWord(at - 1, "NOT") && statement.IsWord(at - 2, "IS")) continue;
+    statement[at].replacement = yes ? "(-1)" : "0";  // in brackets, since -- would begin a comment
+  }
+}
+
+/// Left and Right are words of joins to the engine; as names in brackets they are functions.
+void TakeFunctionNames(Statement& statement) {
+  for (std::size_t at = 0; at < statement.Size(); ++at) {
+    if (!statement.IsKind(at, Kind::Word) || !statement.IsSign(at + 1, "(")) continue;
+    std::string_view name = statement[at].text;
+    std::string_view upper = statement[at].upper;
+    const bool textForm = upper.ends_with('$');
+    if (textForm) {
+      name.remove_suffix(1);
+      upper.remove_suffix(1);
+    }
+    if (upper == "LEFT" || upper == "RIGHT") {
+      statement[at].replacement = "[" + std::string(name) + "]";
+    } else if (textForm) {
+      statement[at].replacement = std::string(name);
     }
   }
-  return rest.size();
 }
 
-std::size_t CommentSize(std::string_view rest) {
-  if (rest.starts_with("--")) return std::min(rest.find('\n'), rest.size() - 1) + 1;
-  const std::size_t end = rest.find("*/", 2);
-  return end == std::string_view::npos ? rest.size() : end + 2;
+void TakeDeleteAll(Statement& statement) {
+  if (statement.IsWord(0, "DELETE") && statement.IsSign(1, "*") && statement.IsWord(2, "FROM")) statement.TakeOut(1);
 }
 
-/// Length of "#...#" if that is a date or a time; 0 if not.
-std::size_t DateSize(std::string_view rest) {
-  constexpr std::size_t kLongest = 32;
-  const std::size_t end = rest.substr(0, kLongest).find('#', 1);
-  if (end == std::string_view::npos || end < 2) return 0;
-  const std::string_view content = rest.substr(1, end - 1);
-  const bool possible = std::all_of(content.begin(), content.end(), [](char c) {
-    return IsDigit(c) || c == '/' || c == '-' || c == ':' || c == ' ' || std::string_view("AaPpMm").find(c) < 6;
-  });
-  return possible && IsDigit(Trim(content).empty() ? ' ' : Trim(content).front()) ? end + 1 : 0;
-}
-
-template <typename Belongs>
-std::size_t RunOf(std::string_view rest, const Belongs& belongs) {
-  return static_cast<std::size_t>(std::find_if_not(rest.begin(), rest.end(), belongs) - rest.begin());
-}
-
-Token NextToken(std::string_view rest) {
-  const char c = rest.front();
-  Kind kind = Kind::Symbol;
-  std::size_t size = 1;
-  if (IsBlank(c)) {
-    kind = Kind::Gap;
-    size = RunOf(rest, IsBlank);
-  } else if (rest.starts_with("--") || rest.starts_with("/*")) {
-    kind = Kind::Gap;
-    size = CommentSize(rest);
-  } else if (c == '\'' || c == '"' || c == '`' || c == '[') {
-    kind = Kind::Quoted;
-    size = QuotedSize(rest);
-  } else if (c == '#' && DateSize(rest) > 0) {
-    kind = Kind::Date;
-    size = DateSize(rest);
-  } else if (IsDigit(c)) {
-    kind = Kind::Number;
-    size = RunOf(rest, [](char each) { return IsWordCharacter(each) || each == '.'; });
-  } else if (IsWordCharacter(c)) {
-    kind = Kind::Word;
-    size = RunOf(rest, IsWordCharacter);
+/// The first token of the operand that ends with `last`; kNone if none ends there.
+std::size_t OperandStart(Statement& statement, std::size_t last) {
+  std::size_t at = last;
+  if (statement.IsSign(at, ")") || statement.IsWord(at, "END")) {
+    at = statement[at].partner;
+    if (at == kNone) return kNone;
+    const bool call = statement.IsSign(at, "(") && statement.IsName(at - 1) && !statement.IsOneOf(at - 1, kKeywords);
+    if (call) --at;
+  } else if (at >= statement.Size() || statement.IsKind(at, Kind::Sign) || statement.IsTakenOut(at) ||
+             statement.IsOneOf(at, kKeywords)) {
+    return kNone;
   }
-  return {kind, std::string(rest.substr(0, size))};
-}
-
-Tokens Cut(std::string_view statement) {
-  Tokens tokens;
-  while (!statement.empty()) {
-    tokens.push_back(NextToken(statement));
-    statement.remove_prefix(tokens.back().text.size());
-  }
-  return tokens;
-}
-
-std::string Join(const Tokens& tokens) {
-  std::string statement;
-  for (const Token& token : tokens) statement += token.text;
-  return statement;
-}
-
-/// First token from `at` on that is no gap; the count of tokens if there is none.
-std::size_t Next(const Tokens& tokens, std::size_t at) {
-  while (at < tokens.size() && tokens[at].kind == Kind::Gap) ++at;
+  while (statement.IsName(at) && statement.IsSign(at - 1, ".") && statement.IsName(at - 2)) at -= 2;
   return at;
 }
 
-bool HasSymbol(const Tokens& tokens, std::size_t at, char symbol) {
-  return at < tokens.size() && tokens[at].IsSymbol(symbol);
+/// The last token of the operand that begins with `first`; kNone if none begins there.
+std::size_t OperandEnd(Statement& statement, std::size_t first) {
+  std::size_t at = first;
+  if (statement.IsSign(at, "(") || statement.IsWord(at, "CASE")) return statement[at].partner;
+  if (at >= statement.Size() || statement.IsKind(at, Kind::Sign) || statement.IsOneOf(at, kKeywords)) return kNone;
+  if (!statement.IsName(at)) return at;
+  while (statement.IsSign(at + 1, ".") && statement.IsName(at + 2)) at += 2;
+  return statement.IsSign(at + 1, "(") ? statement[at + 1].partner : at;
 }
 
-bool HasWord(const Tokens& tokens, std::size_t at, std::string_view word) {
-  return at < tokens.size() && tokens[at].Is(word);
-}
-
-void Remove(Tokens& tokens, std::size_t first, std::size_t last) {
-  for (std::size_t at = first; at <= last; ++at) tokens[at] = {Kind::Gap, {}};
-}
-
-// ---- Rules
-
-/// "#11/23/2026 14:00:05#" is text that sorts as dates do. The parts of a date are month, day, year.
-void RewriteDates(Tokens& tokens) {
-  for (Token& token : tokens) {
-    if (token.kind != Kind::Date) continue;
-    const std::string content = UpperCase(token.text.substr(1, token.text.size() - 2));
-    int first = 0, second = 0, third = 0, hour = 0, minute = 0, secondOfMinute = 0;
-    std::string result;
-    int used = 0;
-    const bool american = std::sscanf(content.c_str(), "%d/%d/%d%n", &first, &second, &third, &used) == 3;
-    const bool iso = !american && std::sscanf(content.c_str(), "%d-%d-%d%n", &third, &first, &second, &used) == 3;
-    if (american || iso) {
-      if (third >= 0 && third < 30) third += 2000;
-      if (third >= 30 && third < 100) third += 1900;
-      char text[64];
-      std::snprintf(text, sizeof text, "%04d-%02d-%02d", third, first, second);
-      result = text;
-    } else {
-      used = 0;
-    }
-    const std::string time = content.substr(static_cast<std::size_t>(used));
-    if (std::sscanf(time.c_str(), "%d:%d:%d", &hour, &minute, &secondOfMinute) >= 2) {
-      if (time.find("PM") != std::string::npos && hour < 12) hour += 12;
-      if (time.find("AM") != std::string::npos && hour == 12) hour = 0;
-      char text[64];
-      std::snprintf(text, sizeof text, "%02d:%02d:%02d", hour, minute, secondOfMinute);
-      result += (result.empty() ? "" : " ") + std::string(text);
-    }
-    if (!result.empty()) token = {Kind::Quoted, "'" + result + "'"};
-  }
-}
-
-struct WordRule {
-  std::string_view word;
-  bool withParenthesis;  ///< only in front of "("
-  const char* replacement;
-};
-
-/// Constants, and names that the engine takes for something else.
-constexpr WordRule kWords[] = {
-    {"TRUE", false, "-1"},      {"FALSE", false, "0"},        {"DISTINCTROW", false, "DISTINCT"},
-    {"LEFT", true, "\"Left\""}, {"RIGHT", true, "\"Right\""},
-};
-
-void RewriteWords(Tokens& tokens) {
-  for (std::size_t at = 0; at < tokens.size(); ++at) {
-    if (tokens[at].kind != Kind::Word || (at > 0 && tokens[at - 1].IsSymbol('.'))) continue;
-    for (const WordRule& rule : kWords) {
-      if (!tokens[at].Is(rule.word) || HasSymbol(tokens, Next(tokens, at + 1), '(') != rule.withParenthesis) continue;
-      tokens[at].text = rule.replacement;
-      break;
-    }
-  }
-}
-
-struct ClockRule {
-  std::string_view word;
-  const char* replacement;
-};
-
-constexpr ClockRule kClock[] = {
-    {"NOW", "datetime('now','localtime')"}, {"DATE", "date('now','localtime')"}, {"TIME", "time('now','localtime')"}};
-
-/// Now(), Date() and Time(), which have no argument.
-void RewriteClock(Tokens& tokens) {
-  for (std::size_t at = 0; at < tokens.size(); ++at) {
-    for (const ClockRule& rule : kClock) {
-      if (!tokens[at].Is(rule.word)) continue;
-      const std::size_t open = Next(tokens, at + 1);
-      const std::size_t close = Next(tokens, open + 1);
-      if (!HasSymbol(tokens, open, '(') || !HasSymbol(tokens, close, ')')) continue;
-      tokens[at].text = rule.replacement;
-      Remove(tokens, open, close);
-      break;
-    }
-  }
-}
-
-void RewriteConcatenation(Tokens& tokens) {
-  for (Token& token : tokens) {
-    if (token.IsSymbol('&')) token.text = "||";
-  }
-}
-
-/// "DELETE * FROM t".
-void RewriteDelete(Tokens& tokens) {
-  const std::size_t first = Next(tokens, 0);
-  const std::size_t star = Next(tokens, first + 1);
-  if (HasWord(tokens, first, "DELETE") && HasSymbol(tokens, star, '*')) Remove(tokens, star, star);
-}
-
-/// Where the SELECT ends that holds token `at`: at its closing parenthesis, at a semicolon or at the end.
-std::size_t EndOfSelect(const Tokens& tokens, std::size_t at) {
-  int depth = 0;
-  for (; at < tokens.size(); ++at) {
-    if (tokens[at].IsSymbol('(')) ++depth;
-    if (tokens[at].IsSymbol(')') && --depth < 0) return at;
-    if (tokens[at].IsSymbol(';') && depth == 0) return at;
+/// First token of the sum or product that ends with `last`: what binds closer than &.
+std::size_t TermStart(Statement& statement, std::size_t last) {
+  std::size_t at = OperandStart(statement, last);
+  while (at != kNone && statement.IsOneOf(at - 1, kArithmetic)) {
+    const std::size_t before = OperandStart(statement, at - 2);
+    if (before == kNone) return at - 1;  // a sign
+    at = before;
   }
   return at;
 }
 
-/// "SELECT TOP 5 ..." is a SELECT with a limit at its end.
-void RewriteTop(Tokens& tokens) {
-  for (std::size_t at = 0; at < tokens.size(); ++at) {
-    if (!tokens[at].Is("SELECT")) continue;
-    std::size_t top = Next(tokens, at + 1);
-    if (HasWord(tokens, top, "DISTINCT") || HasWord(tokens, top, "ALL")) top = Next(tokens, top + 1);
-    const std::size_t count = Next(tokens, top + 1);
-    if (!HasWord(tokens, top, "TOP") || count >= tokens.size() || tokens[count].kind != Kind::Number) continue;
-    if (HasWord(tokens, Next(tokens, count + 1), "PERCENT")) continue;
-    const std::string limit = " LIMIT " + tokens[count].text;
-    Remove(tokens, top, count);
-    const auto end = static_cast<std::ptrdiff_t>(EndOfSelect(tokens, count + 1));
-    tokens.insert(tokens.begin() + end, {Kind::Gap, limit});
+std::size_t TermEnd(Statement& statement, std::size_t first) {
+  for (std::size_t at = first;;) {
+    while (statement.IsSign(at, "-") || statement.IsSign(at, "+")) ++at;
+    const std::size_t end = OperandEnd(statement, at);
+    if (end == kNone || !statement.IsOneOf(end + 1, kArithmetic)) return end;
+    at = end + 2;
   }
 }
 
-/// "SELECT a, b INTO t FROM s" makes a new table.
-void RewriteMakeTable(Tokens& tokens) {
-  const std::size_t first = Next(tokens, 0);
-  if (!HasWord(tokens, first, "SELECT")) return;
-  int depth = 0;
-  for (std::size_t at = first; at < tokens.size() && !(depth == 0 && tokens[at].Is("FROM")); ++at) {
-    if (tokens[at].IsSymbol('(')) ++depth;
-    if (tokens[at].IsSymbol(')')) --depth;
-    const std::size_t name = Next(tokens, at + 1);
-    const bool named = name < tokens.size() && (tokens[name].kind == Kind::Word || tokens[name].kind == Kind::Quoted);
-    if (depth != 0 || !tokens[at].Is("INTO") || !named || !HasWord(tokens, Next(tokens, name + 1), "FROM")) continue;
-    const std::string table = tokens[name].text;
-    Remove(tokens, at, name);
-    tokens.insert(tokens.begin(), {Kind::Gap, "CREATE TABLE " + table + " AS "});
+void TakeJoins(Statement& statement) {
+  for (std::size_t at = 0; at < statement.Size(); ++at) {
+    if (!statement.IsSign(at, "&") || statement[at].replacement) continue;
+    const std::size_t start = TermStart(statement, at - 1);
+    std::size_t end = start == kNone ? kNone : TermEnd(statement, at + 1);
+    if (end == kNone) {
+      statement[at].replacement = "||";  // never the engine's own &, which would reckon with bits
+      continue;
+    }
+    statement[at].replacement = ",";
+    while (statement.IsSign(end + 1, "&")) {
+      const std::size_t next = TermEnd(statement, end + 2);
+      if (next == kNone) break;
+      statement[end + 1].replacement = ",";
+      end = next;
+    }
+    statement[start].before += "tarvex_join(";
+    statement[end].after.insert(0, ")");  // in front of a LIMIT
+  }
+}
+
+void TakeTop(Statement& statement) {
+  for (std::size_t select = 0; select < statement.Size(); ++select) {
+    if (!statement.IsWord(select, "SELECT")) continue;
+    const bool word = statement.IsWord(select + 1, "DISTINCT") || statement.IsWord(select + 1, "ALL");
+    const std::size_t top = select + (word ? 2 : 1);
+    if (!statement.IsWord(top, "TOP") || !statement.IsKind(top + 1, Kind::Number)) continue;
+    const std::string_view count = statement[top + 1].text;
+    if (!std::all_of(count.begin(), count.end(), IsDigit) || statement.IsWord(top + 2, "PERCENT")) continue;
+
+    std::size_t order = kNone;
+    std::size_t end = top + 2;
+    for (; end < statement.Size(); ++end) {
+      if (statement.IsSign(end, ")") || statement.IsSign(end, ";") || statement.IsWord(end, "SELECT")) break;
+      if (statement.IsOneOf(end, kCompounds)) break;
+      if (statement.IsWord(end, "ORDER") && order == kNone) order = end;
+      if (statement.IsSign(end, "(") && statement[end].partner != kNone) end = statement[end].partner;
+    }
+    // A part of a compound cannot have a LIMIT of its own but in brackets; the order is that of the whole.
+    const bool compound = statement.IsOneOf(end, kCompounds) || statement.IsOneOf(select - 1, kCompounds) ||
+                          (statement.IsWord(select - 1, "ALL") && statement.IsOneOf(select - 2, kCompounds));
+    if (compound) {
+      end = std::min(end, order);
+      statement[select].before += "SELECT * FROM (";
+    }
+    statement.TakeOut(top);
+    statement.TakeOut(top + 1);
+    statement[end - 1].after += " LIMIT " + std::string(count) + (compound ? ")" : "");
+  }
+}
+
+void TakeSelectInto(Statement& statement) {
+  if (!statement.IsWord(0, "SELECT")) return;
+  for (std::size_t at = 1; at < statement.Size() && !statement.IsWord(at, "FROM"); ++at) {
+    if (statement.IsSign(at, "(") && statement[at].partner != kNone) at = statement[at].partner;
+    if (!statement.IsWord(at, "INTO") || !statement.IsName(at + 1)) continue;
+    if (at + 2 < statement.Size() && !statement.IsWord(at + 2, "FROM") && !statement.IsSign(at + 2, ";")) return;
+    statement[0].before = "CREATE TABLE " + std::string(statement[at + 1].text) + " AS " + statement[0].before;
+    statement.TakeOut(at);
+    statement.TakeOut(at + 1);
     return;
   }
 }
 
-constexpr void (*kRules[])(Tokens&) = {RewriteDates,  RewriteWords, RewriteClock,    RewriteConcatenation,
-                                       RewriteDelete, RewriteTop,   RewriteMakeTable};
-
-// ---- Functions
-
-using Arguments = std::span<const SqlValue>;
-
-bool IsNull(const SqlValue& value) { return std::holds_alternative<std::monostate>(value); }
-
-std::string TextOf(const SqlValue& value) {
-  if (const auto* const text = std::get_if<std::string>(&value)) return *text;
-  if (const auto* const integer = std::get_if<std::int64_t>(&value)) return std::to_string(*integer);
-  if (const auto* const real = std::get_if<double>(&value)) {
-    return std::string(GeneralText(Decimal::FromDouble(*real)).View());
-  }
-  return {};
-}
-
-double NumberOf(const SqlValue& value) {
-  if (const auto* const integer = std::get_if<std::int64_t>(&value)) return static_cast<double>(*integer);
-  if (const auto* const real = std::get_if<double>(&value)) return *real;
-  return NumericValue(TextOf(value));
-}
-
-/// A count of characters, 0 for less.
-std::size_t CountOf(const SqlValue& value) {
-  return static_cast<std::size_t>(std::min(std::max(NumberOf(value), 0.0), 1e9));
-}
-
-/// As a whole number if it is one.
-SqlValue NumberValue(double number) {
-  if (std::floor(number) == number && std::fabs(number) < 1e15) return static_cast<std::int64_t>(number);
-  return number;
-}
-
-SqlValue Left(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  return TextOf(arguments[0]).substr(0, CountOf(arguments[1]));
-}
-
-SqlValue Right(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  const std::string text = TextOf(arguments[0]);
-  return text.substr(text.size() - std::min(text.size(), CountOf(arguments[1])));
-}
-
-SqlValue Mid(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  const std::string text = TextOf(arguments[0]);
-  const std::size_t first = std::max<std::size_t>(1, CountOf(arguments[1])) - 1;
-  if (first >= text.size()) return std::string();
-  return text.substr(first, arguments.size() > 2 ? CountOf(arguments[2]) : std::string::npos);
-}
-
-SqlValue UCase(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  return UpperCase(TextOf(arguments[0]));
-}
-
-SqlValue LCase(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  std::string text = TextOf(arguments[0]);
-  std::transform(text.begin(), text.end(), text.begin(), Lower);
-  return text;
-}
-
-SqlValue Len(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  return static_cast<std::int64_t>(TextOf(arguments[0]).size());
-}
-
-SqlValue Val(Arguments arguments) { return NumberValue(NumericValue(TextOf(arguments[0]))); }
-
-/// A number that is not negative has a blank in the place of its sign.
-SqlValue Str(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  const double number = NumberOf(arguments[0]);
-  return (number < 0 ? "" : " ") + TextOf(NumberValue(number));
-}
-
-SqlValue Int(Arguments arguments) {
-  if (IsNull(arguments[0])) return {};
-  return NumberValue(std::floor(NumberOf(arguments[0])));
-}
-
-SqlValue IIf(Arguments arguments) {
-  const bool holds = !IsNull(arguments[0]) && NumberOf(arguments[0]) != 0;
-  return holds ? arguments[1] : arguments[2];
-}
-
-SqlValue Nz(Arguments arguments) {
-  if (!IsNull(arguments[0])) return arguments[0];
-  return arguments.size() > 1 ? arguments[1] : SqlValue(std::string());
-}
-
-std::string WithThousands(std::string number) {
-  const std::size_t point = std::min(number.find('.'), number.size());
-  const std::size_t sign = number.starts_with('-') ? 1 : 0;
-  for (std::size_t at = point; at > sign + 3;) number.insert(at -= 3, ",");
-  return number;
-}
-
-std::string FormatByNumberPicture(double number, std::string picture) {
-  const bool thousands = picture.find(',') != std::string::npos;
-  std::erase(picture, ',');
-  std::string text(FormatNumber(Decimal::FromDouble(number), picture).View());
-  return thousands ? WithThousands(std::move(text)) : text;
-}
-
-struct Moment {
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-};
-
-/// A date or a time as this dialect keeps it.
-std::optional<Moment> MomentOf(const std::string& text) {
-  Moment moment;
-  const int found = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d", &moment.year, &moment.month, &moment.day,
-                                &moment.hour, &moment.minute, &moment.second);
-  if (found >= 3) return moment;
-  moment = Moment();
-  if (std::sscanf(text.c_str(), "%2d:%2d:%2d", &moment.hour, &moment.minute, &moment.second) >= 2) return moment;
-  return std::nullopt;
-}
-
-/// Runs of y, m, d, h, n and s are parts of the moment; an m behind an h is a minute. The rest stands for itself.
-std::string FormatByDatePicture(const Moment& moment, std::string_view picture) {
-  std::string text;
-  char before = ' ';
-  while (!picture.empty()) {
-    const char letter = Lower(picture.front());
-    const std::size_t size = RunOf(picture, [&](char c) { return Lower(c) == letter; });
-    const bool minute = letter == 'n' || (letter == 'm' && before == 'h');
-    const std::size_t known = std::string_view("ymdhns").find(letter);
-    if (known == std::string_view::npos) {
-      text += picture.substr(0, size);
-    } else {
-      const int parts[] = {moment.year,  minute ? moment.minute : moment.month, moment.day, moment.hour, moment.minute,
-                           moment.second};
-      const bool shortYear = letter == 'y' && size < 4;
-      char part[32];
-      std::snprintf(part, sizeof part, "%0*d",
-                    letter == 'y' ? (shortYear ? 2 : 4)
-                    : size > 1    ? 2
-                                  : 1,
-                    shortYear ? parts[0] % 100 : parts[known]);
-      text += part;
-      before = letter;
-    }
-    picture.remove_prefix(size);
-  }
-  return text;
-}
-
-struct NamedPicture {
-  std::string_view name;
-  const char* picture;
-};
-
-constexpr NamedPicture kPictures[] = {
-    {"FIXED", "0.00"},         {"STANDARD", "#,##0.00"},     {"CURRENCY", "#,##0.00"},
-    {"GENERAL NUMBER", ""},    {"SHORT DATE", "mm/dd/yyyy"}, {"SHORT TIME", "hh:nn"},
-    {"LONG TIME", "hh:nn:ss"},
-};
-
-SqlValue Format(Arguments arguments) {
-  if (IsNull(arguments[0])) return std::string();
-  const std::string text = TextOf(arguments[0]);
-  std::string picture = arguments.size() > 1 ? TextOf(arguments[1]) : std::string();
-  for (const NamedPicture& named : kPictures) {
-    if (UpperCase(picture) == named.name) picture = named.picture;
-  }
-  if (picture.empty()) return text;
-  if (picture == ">") return UpperCase(text);
-  if (picture == "<") return LCase(arguments);
-  const bool forNumbers = picture.find_first_not_of("#0.,") == std::string::npos;
-  if (forNumbers) return FormatByNumberPicture(NumberOf(arguments[0]), std::move(picture));
-  const auto moment = MomentOf(text);
-  return moment ? FormatByDatePicture(*moment, picture) : text;
-}
-
-constexpr SqlFunction kFunctions[] = {
-    {"Left", 2, 2, Left},   {"Right", 2, 2, Right}, {"Mid", 2, 3, Mid}, {"UCase", 1, 1, UCase},
-    {"LCase", 1, 1, LCase}, {"Len", 1, 1, Len},     {"Val", 1, 1, Val}, {"Str", 1, 1, Str},
-    {"Int", 1, 1, Int},     {"IIf", 3, 3, IIf},     {"Nz", 1, 2, Nz},   {"Format", 1, 2, Format},
-};
-
-// ---- LIKE
-
-/// One place of a pattern.
-struct Place {
-  enum class What { Any, One, Digit, List, Letter } what;
-  std::string text{};  ///< of a list or a letter
-};
-
-/// "a-z" and single characters; a "!" in front turns it round.
-bool IsOfList(char c, std::string_view list) {
-  const bool others = list.starts_with('!');
-  if (others) list.remove_prefix(1);
-  bool found = false;
-  for (std::size_t at = 0; at < list.size(); ++at) {
-    if (at + 2 < list.size() && list[at + 1] == '-') {
-      found = found || (Lower(list[at]) <= Lower(c) && Lower(c) <= Lower(list[at + 2]));
-      at += 2;
-    } else {
-      found = found || Lower(list[at]) == Lower(c);
-    }
-  }
-  return found != others;
-}
-
-std::vector<Place> PlacesOf(std::string_view pattern, std::string_view escape) {
-  using What = Place::What;
-  const bool ofDialect = pattern.find_first_of("*?#[") != std::string_view::npos;
-  std::vector<Place> places;
-  for (std::size_t at = 0; at < pattern.size(); ++at) {
-    const char c = pattern[at];
-    const std::size_t close = pattern.find(']', at);
-    if (ofDialect && c == '[' && close != std::string_view::npos) {
-      places.push_back({What::List, std::string(pattern.substr(at + 1, close - at - 1))});
-      at = close;
-    } else if (!ofDialect && !escape.empty() && c == escape.front() && at + 1 < pattern.size()) {
-      places.push_back({What::Letter, {pattern[++at]}});
-    } else if (c == (ofDialect ? '*' : '%')) {
-      places.push_back({What::Any});
-    } else if (c == (ofDialect ? '?' : '_')) {
-      places.push_back({What::One});
-    } else if (ofDialect && c == '#') {
-      places.push_back({What::Digit});
-    } else {
-      places.push_back({What::Letter, {c}});
-    }
-  }
-  return places;
-}
-
-bool Fits(char c, const Place& place) {
-  switch (place.what) {
-    case Place::What::Digit:
-      return IsDigit(c);
-    case Place::What::List:
-      return IsOfList(c, place.text);
-    case Place::What::Letter:
-      return Lower(c) == Lower(place.text.front());
-    case Place::What::Any:
-    case Place::What::One:
-      break;
-  }
-  return true;
-}
+/// In this order: later rules see what earlier ones have taken out. Dates are taken by the tokenizer.
+constexpr void (*kRules[])(Statement&) = {TakeTruthWords, TakeFunctionNames, TakeDeleteAll,
+                                          TakeTop,        TakeJoins,         TakeSelectInto};
 
 }  // namespace
 
-std::string RewriteStatement(std::string_view statement) {
-  Tokens tokens = Cut(statement);
-  for (const auto rule : kRules) rule(tokens);
-  return Join(tokens);
-}
-
-std::span<const SqlFunction> SqlFunctions() { return kFunctions; }
-
-/// The last "any characters" takes one more whenever the rest does not fit.
-bool IsLike(std::string_view text, std::string_view pattern, std::string_view escape) {
-  const std::vector<Place> places = PlacesOf(pattern, escape);
-  std::size_t at = 0, place = 0, taken = 0;
-  std::optional<std::size_t> any;
-  while (at < text.size()) {
-    if (place < places.size() && places[place].what == Place::What::Any) {
-      any = place++;
-      taken = at;
-    } else if (place < places.size() && Fits(text[at], places[place])) {
-      ++at;
-      ++place;
-    } else if (any) {
-      place = *any + 1;
-      at = ++taken;
-    } else {
-      return false;
-    }
-  }
-  while (place < places.size() && places[place].what == Place::What::Any) ++place;
-  return place == places.size();
+std::string TranslateSql(std::string_view text) {
+  Statement statement(text);
+  for (const auto rule : kRules) rule(statement);
+  return statement.Text();
 }

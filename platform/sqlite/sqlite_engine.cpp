@@ -1,108 +1,107 @@
 #include "platform/sqlite/sqlite_engine.h"
 
 #include <condition_variable>
-#include <deque>
 #include <exception>
 #include <functional>
 #include <mutex>
-#include <new>
+#include <system_error>
 #include <thread>
 #include <utility>
 
-#include "platform/run_time_error.h"
-#include "platform/sqlite/sqlite_connection.h"
+#include "platform/sqlite/faults.h"
 
-/// Operations run one after the other on the session's thread. The newest is the one that is looked after; what was
-/// given up runs to its end unseen.
 class SqliteSession : public DatabaseSession {
  public:
-  explicit SqliteSession(std::chrono::milliseconds longest) : connection_(longest) {}
-  SqliteSession(const SqliteSession&) = delete;
-  SqliteSession& operator=(const SqliteSession&) = delete;
+  explicit SqliteSession(const SqliteLimits& limits) : connection_(limits) {}
   ~SqliteSession() override {
-    {
-      const std::lock_guard lock(guard_);
-      connection_.Interrupt();
-      ending_ = true;
-    }
-    changed_.notify_all();
+    Quit();
     if (thread_.joinable()) thread_.join();
   }
 
   void BeginCreateDatabase(const std::string& path) override {
-    Begin([this, path] {
-      connection_.Create(path);
-      return Recordset();
-    });
+    Begin([this, path] { return connection_.Create(path), Recordset{}; });
   }
   void BeginOpenDatabase(const std::string& path, bool readOnly) override {
-    Begin([this, path, readOnly] {
-      connection_.Open(path, readOnly);
-      return Recordset();
-    });
+    Begin([this, path, readOnly] { return connection_.Open(path, readOnly), Recordset{}; });
   }
   void BeginExecute(const std::string& statement) override {
-    Begin([this, statement] {
-      connection_.Execute(statement);
-      return Recordset();
-    });
+    Begin([this, statement] { return connection_.Execute(statement), Recordset{}; });
   }
   void BeginOpenRecordset(const std::string& statement, std::size_t values) override {
     Begin([this, statement, values] { return connection_.Query(statement, values); });
   }
   void BeginCloseRecordset() override {
-    Begin([] { return Recordset(); });  // the query has been run to its end
+    Begin([] { return Recordset{}; });  // a query has been run to its end, and nothing of it is open
   }
   void BeginCloseDatabase() override {
-    Begin([this] {
-      connection_.Close();
-      return Recordset();
-    });
+    Begin([this] { return connection_.Close(), Recordset{}; });
   }
 
   bool IsDone(int milliseconds) override {
-    std::unique_lock lock(guard_);
-    const auto isDone = [this] { return finished_ == newest_; };
-    return isDone() || (milliseconds > 0 && changed_.wait_for(lock, std::chrono::milliseconds(milliseconds), isDone));
+    std::unique_lock lock(mutex_);
+    return forCaller_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return Done(); });
   }
+
   Recordset End() override {
-    const std::lock_guard lock(guard_);
+    std::unique_lock lock(mutex_);
+    forCaller_.wait(lock, [this] { return Done(); });
     if (const std::exception_ptr fault = std::exchange(fault_, nullptr)) std::rethrow_exception(fault);
-    return std::exchange(result_, Recordset());
+    return std::exchange(result_, {});
   }
+
   void Abandon() override {
-    {
-      const std::lock_guard lock(guard_);
-      if (!thread_.joinable()) return;
-      connection_.Interrupt();
-      waiting_.clear();
-    }
-    Begin([this] {
-      connection_.Close();
-      connection_.Allow();
-      return Recordset();
-    });
+    const std::lock_guard lock(mutex_);
+    next_ = nullptr;
+    result_ = {};
+    fault_ = nullptr;
+    if (!thread_.joinable()) return;
+    abandoned_ = true;
+    connection_.Stop();
+    forWorker_.notify_one();
+  }
+
+  /// Abandons everything for good, without waiting for its end.
+  void Quit() {
+    Abandon();
+    const std::lock_guard lock(mutex_);
+    quit_ = true;
+    forWorker_.notify_one();
   }
 
  private:
   using Operation = std::function<Recordset()>;
 
+  bool Done() const { return !next_ && (!running_ || abandoned_); }
+
   void Begin(Operation operation) {
-    const std::lock_guard lock(guard_);
-    waiting_.emplace_back(++newest_, std::move(operation));
+    const std::lock_guard lock(mutex_);
+    if (!Done()) throw RunTimeError(ErrorNumber::Internal, "A database operation was begun within another one.");
     result_ = {};
     fault_ = nullptr;
-    if (!thread_.joinable()) thread_ = std::thread([this] { Work(); });
-    changed_.notify_all();
+    try {
+      if (!thread_.joinable()) thread_ = std::thread(&SqliteSession::Work, this);
+    } catch (const std::system_error& error) {
+      throw RunTimeError(DatabaseFault::OutOfResources, std::string("No thread for the database: ") + error.what());
+    }
+    next_ = std::move(operation);
+    forWorker_.notify_one();
   }
 
   void Work() {
-    std::unique_lock lock(guard_);
+    std::unique_lock lock(mutex_);
     for (;;) {
-      changed_.wait(lock, [this] { return ending_ || !waiting_.empty(); });
-      if (ending_) return connection_.Close();
-      const auto [number, operation] = std::move(waiting_.front());
-      waiting_.pop_front();
+      forWorker_.wait(lock, [this] { return quit_ || abandoned_ || next_; });
+      if (quit_ || abandoned_) {
+        lock.unlock();
+        connection_.Close();
+        lock.lock();
+        abandoned_ = false;
+        if (quit_) return;
+        continue;
+      }
+      const Operation operation = std::exchange(next_, nullptr);
+      running_ = true;
+      connection_.BeginOperation();  // under the lock, so that it cannot undo a stop of this operation
       lock.unlock();
       Recordset result;
       std::exception_ptr fault;
@@ -110,38 +109,42 @@ class SqliteSession : public DatabaseSession {
         result = operation();
       } catch (const RunTimeError&) {
         fault = std::current_exception();
-      } catch (const std::exception& unexpected) {
-        fault = std::make_exception_ptr(RunTimeError(3035, std::string("Database engine: ") + unexpected.what()));
+      } catch (const std::exception& error) {
+        fault = std::make_exception_ptr(RunTimeError(DatabaseFault::OutOfResources, error.what()));
       }
       lock.lock();
-      finished_ = number;
-      if (number == newest_) {
-        result_ = std::move(result);
-        fault_ = fault;
-      }
-      changed_.notify_all();
+      running_ = false;
+      if (abandoned_) continue;
+      result_ = std::move(result);
+      fault_ = fault;
+      forCaller_.notify_all();
     }
   }
 
-  SqliteConnection connection_;  ///< of the thread, but for its interruption
-  std::mutex guard_;             ///< of what follows
-  std::condition_variable changed_;
-  std::deque<std::pair<std::uint64_t, Operation>> waiting_;
-  std::uint64_t newest_ = 0, finished_ = 0;
+  std::mutex mutex_;
+  std::condition_variable forWorker_;
+  std::condition_variable forCaller_;
+  Operation next_;  ///< not yet begun
+  bool running_ = false;
+  bool abandoned_ = false;  ///< what runs has no taker, and everything is to be closed
+  bool quit_ = false;
   Recordset result_;
   std::exception_ptr fault_;
-  bool ending_ = false;
+  SqliteConnection connection_;  ///< the worker's; others stop it
   std::thread thread_;
 };
 
-SqliteEngine::SqliteEngine(std::chrono::milliseconds longestStatement) : longest_(longestStatement) {}
+SqliteEngine::SqliteEngine(const SqliteLimits& limits) : limits_(limits) {}
 
-SqliteEngine::~SqliteEngine() = default;
+SqliteEngine::~SqliteEngine() { Close(); }
 
 DatabaseSession& SqliteEngine::Session(int ch) {
   std::unique_ptr<SqliteSession>& session = sessions_[ch];
-  if (!session) session = std::make_unique<SqliteSession>(longest_);
+  if (!session) session = std::make_unique<SqliteSession>(limits_);
   return *session;
 }
 
-void SqliteEngine::Close() { sessions_.clear(); }
+void SqliteEngine::Close() {
+  for (const auto& [ch, session] : sessions_) session->Quit();  // all first, so that they end side by side
+  sessions_.clear();
+}

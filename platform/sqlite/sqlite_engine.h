@@ -1,29 +1,30 @@
 #pragma once
 
-#include <chrono>
 #include <map>
 #include <memory>
 
 #include "platform/database_engine.h"
+#include "platform/sqlite/connection.h"
 
 class SqliteSession;
 
-/// SQLite behind the channels of protocol 0: each channel has a connection and a thread of its own, made when it is
-/// first needed.
+/// The database engine on SQLite. Each channel has a session, and each session a thread, made at its first operation.
+/// Nobody is waited for but in Close() and `IsDone`. What an operation may take is told by the limits; the numbers of
+/// its faults by platform/sqlite/faults.h.
 class SqliteEngine : public DatabaseEngine {
  public:
-  /// A statement that runs longer is interrupted, by fault 3059.
-  explicit SqliteEngine(std::chrono::milliseconds longestStatement = std::chrono::seconds(30));
+  explicit SqliteEngine(const SqliteLimits& limits = {});
   SqliteEngine(const SqliteEngine&) = delete;
   SqliteEngine& operator=(const SqliteEngine&) = delete;
   ~SqliteEngine() override;
 
   DatabaseSession& Session(int ch) override;
-  /// The engine holds no lock between two statements.
+  /// Nothing to do: a lock is held by a database that is open, and by no other.
   void Idle() override {}
+  /// Sessions handed out before are gone with it.
   void Close() override;
 
  private:
-  std::chrono::milliseconds longest_;
+  SqliteLimits limits_;
   std::map<int, std::unique_ptr<SqliteSession>> sessions_;
 };
