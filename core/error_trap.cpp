@@ -49,6 +49,13 @@ std::string NumberAndDescription(const RunTimeError& fault) {
   return std::to_string(fault.Number()) + "  " + fault.Description();
 }
 
+const DatabaseFault* KindOf(const RunTimeError& fault) {
+  for (const DatabaseFault& kind : kDatabaseFaults) {
+    if (fault.Number() >= kind.first && fault.Number() <= kind.last) return &kind;
+  }
+  return nullptr;
+}
+
 /// The trap may not fail itself: what cannot be logged is shown.
 void LogFromTrap(Engine& engine, const std::string& text) {
   try {
@@ -140,7 +147,7 @@ void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
   }
   if (!IsNewFault(engine, ch, fault)) return;
   ForceRepaint(tables);
-  LogCriticalFault(engine, ch, fault);
+  LogChannelFault(engine, ch, fault);
   Say(tables, engine.notice, Occasion::CriticalError, ch, fault);
   engine.notice.MessageBox(kScanErrorCaption, kCriticalError + NumberAndDescription(fault) + "\r\n" +
                                                   "Please Contact Orvane Technical Services...");
@@ -155,8 +162,10 @@ void SwitchFaultLamps(Tables& tables, int ch) {
 
 }  // namespace
 
-void LogCriticalFault(Engine& engine, int ch, const RunTimeError& fault, std::string_view addition) {
-  LogFromTrap(engine, ChannelPrefix(ch) + "  " + kCriticalError + NumberAndDescription(fault) + std::string(addition));
+void LogChannelFault(Engine& engine, int ch, const RunTimeError& fault, std::string_view addition) {
+  const DatabaseFault* const kind = KindOf(fault);
+  const std::string prefix = kind != nullptr ? std::string(kind->logText) : "  " + kCriticalError;
+  LogFromTrap(engine, ChannelPrefix(ch) + prefix + NumberAndDescription(fault) + std::string(addition));
 }
 
 void TakeClosedPort(Tables& tables, int ch) {
@@ -167,9 +176,7 @@ void TakeClosedPort(Tables& tables, int ch) {
 void HandleFault(Engine& engine, int ch, const RunTimeError& fault) {
   if (fault.Number() == ErrorNumber::SerialPortNotOpen) return TakeClosedPort(engine.tables, ch);
   SwitchFaultLamps(engine.tables, ch);
-  for (const DatabaseFault& kind : kDatabaseFaults) {
-    if (fault.Number() >= kind.first && fault.Number() <= kind.last) return TakeDatabaseFault(engine, ch, kind, fault);
-  }
+  if (const DatabaseFault* const kind = KindOf(fault)) return TakeDatabaseFault(engine, ch, *kind, fault);
   for (const PortFault& kind : kPortFaults) {
     if (fault.Number() == kind.number) return TakePortFault(engine, ch, kind, fault);
   }

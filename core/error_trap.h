@@ -17,8 +17,8 @@ inline constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error"
 /// no weight. Never raises: a log that cannot be written is told to the operator.
 void HandleFault(Engine& engine, int ch, const RunTimeError& fault);
 
-/// Writes the error log's line of a critical fault of channel `ch`, with `addition` behind it. Never raises.
-void LogCriticalFault(Engine& engine, int ch, const RunTimeError& fault, std::string_view addition = {});
+/// Writes the error log's line of a fault of channel `ch`, by its kind, with `addition` behind it. Never raises.
+void LogChannelFault(Engine& engine, int ch, const RunTimeError& fault, std::string_view addition = {});
 
 /// What the trap does about a port that is not open (8012): receive and transmit lamps off, no message.
 void TakeClosedPort(Tables& tables, int ch);

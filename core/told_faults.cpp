@@ -14,8 +14,8 @@ constexpr std::size_t kMostKept = 8;
 
 void TellRepeats(Engine& engine, int ch, const ToldFault& told) {
   if (told.repeats == 0) return;
-  LogCriticalFault(engine, ch, RunTimeError(told.number, told.description),
-                   ", came back " + std::to_string(told.repeats) + " times");
+  LogChannelFault(engine, ch, RunTimeError(told.number, told.description),
+                  ", came back " + std::to_string(told.repeats) + " times");
 }
 
 }  // namespace

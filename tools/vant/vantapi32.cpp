@@ -31,8 +31,18 @@ constexpr int kLongestAnswer = 2000;  // milliseconds
 
 class Network {
  public:
-  /// The reply to a request, without its line end; empty if there is none.
+  /// The reply to a request, without its line end; empty if there is none. A connection that has been lost is made
+  /// again, and the process registered as it was.
   std::string Ask(const std::string& request) {
+    if (socket_ < 0 && !registration_.empty() && request != registration_) Exchange(registration_);
+    const std::string reply = Exchange(request);
+    if (request.starts_with("REGISTER") && reply == "0") registration_ = request;
+    if (request == "CLOSE" && reply == "0") registration_.clear();
+    return reply;
+  }
+
+ private:
+  std::string Exchange(const std::string& request) {
     if (!Connect() || !Send(request + "\n")) return Lose();
     std::string reply;
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kLongestAnswer);
@@ -49,7 +59,6 @@ class Network {
     return reply;
   }
 
- private:
   bool Connect() {
     if (socket_ >= 0) return true;
     const char* const path = std::getenv("TARVEX_VANT_SOCKET");
@@ -76,6 +85,7 @@ class Network {
   }
 
   int socket_ = -1;
+  std::string registration_;  ///< the request of a registration that holds
 };
 
 std::mutex guard;
