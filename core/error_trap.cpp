@@ -137,9 +137,11 @@ void TakePortFault(Engine& engine, int ch, const PortFault& kind, const RunTimeE
   ForceRepaint(tables);
 }
 
-/// The Error lamp stays on until a stream of the channel has been taken whole. A fault that lasts is told once.
+/// The Error lamp stays on until a stream of the channel has been taken whole; a database client sends none. A fault
+/// that lasts is told once.
 void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
   Tables& tables = engine.tables;
+  if (tables.ChanProtocol[ch] == 0) SetLamp(tables, ch, Item::Error, false);
   if (tables.ChanStreamUnfinished[ch] == True) {
     tables.ChanStreamUnfinished[ch] = False;
     SetCaption(tables, ch, kCriticalError + std::to_string(fault.Number()));

@@ -66,6 +66,9 @@ TEST_F(SerialClientTest, LinesWithoutBothKeysAndOtherDriversGetNoReply) {
   EXPECT_TRUE(plant.databases.asked.empty());
   Reply("/QUERY=SELECT 1!/DBNAME=x\n");
   EXPECT_EQ(plant.databases.asked.front(), "open /plant/Error:Invalid DBNAME");
+  EXPECT_EQ(Reply("/DBNAME=x!/QUERY=SELECT a FROM t WHERE b IN (1)!\n"), "");
+  EXPECT_THAT(plant.LogText(LogType::Error), HasSubstr("Critical Error: 5"));
+  EXPECT_EQ(tables.ChanIndicator[Item::Error][kCh], False);
   tables.ChanDbDriver[kCh] = 1;
   EXPECT_EQ(Reply("/DBNAME=x!/QUERY=SELECT 1!\n"), "");
 }
