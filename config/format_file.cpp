@@ -6,6 +6,7 @@
 
 #include "config/cfg_line.h"
 #include "core/fixed_tables.h"
+#include "core/reload.h"
 #include "core/setting_limits.h"
 
 namespace {
@@ -119,6 +120,7 @@ Remarks ReadFormat(Tables& tables, const std::string& content, const std::string
   record.Commit();
   tables.ProtoStatusTable[proto] = std::move(*status);
   tables.ProtoStatusCount[proto] = firstUnused;
+  FindDecimalsAnew(tables, proto);
   return remarks;
 }
 

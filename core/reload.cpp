@@ -69,7 +69,6 @@ void RefuseWhileEdited(const Tables& tables, const std::string& what) {
 void ReadFormat(Engine& engine, int proto) {
   engine.configuration.CfgProc(CfgAction::ReadFormatFile, proto);
   if (const auto& fault = engine.tables.ProtoFault[proto]) throw RunTimeError(*fault);
-  FindDecimalsAnew(engine.tables, proto);
 }
 
 /// Reads the file, and the format that it asks for unless that stands in the tables already.

@@ -2,6 +2,7 @@
 
 #include "core/data_field.h"
 #include "core/framing.h"
+#include "core/setting_limits.h"
 #include "core/tables.h"
 #include "platform/run_time_error.h"
 #include "protocol/number.h"
@@ -11,6 +12,11 @@
 
 namespace {
 
+/// Last character of a field that begins at `first`, whatever numbers a file gives.
+int LastOf(int first, int length) {
+  return static_cast<int>(std::min<std::int64_t>(std::int64_t{first} + length - 1, kLongestStream));
+}
+
 /// What holds for one stream only.
 void ForgetStream(Tables& tables, int ch) {
   tables.ProtoPolarity[tables.ChanProtocol[ch]].clear();
@@ -19,7 +25,7 @@ void ForgetStream(Tables& tables, int ch) {
 }
 
 ExplainedField Explain(std::string_view name, const DataField& field, const std::string& stream) {
-  ExplainedField explained{.name = name, .first = field.position, .last = field.position + field.length - 1};
+  ExplainedField explained{.name = name, .first = field.position, .last = LastOf(field.position, field.length)};
   explained.enabled = field.enabled;
   explained.found = field.LiesIn(stream);
   if (explained.found) explained.raw = field.Of(stream);
@@ -42,7 +48,7 @@ void Format(Tables& tables, int ch, ExplainedField& field, std::string_view pola
 
 ExplainedRow ExplainRow(const StatusTable& table, int row, std::string_view stream) {
   const StatusRule& rule = table.Rule(row);
-  ExplainedRow explained{.row = row, .first = rule.position, .last = rule.position + std::max(1, rule.length) - 1};
+  ExplainedRow explained{.row = row, .first = rule.position, .last = LastOf(rule.position, std::max(1, rule.length))};
   explained.enabled = rule.enabled;
   if (!rule.enabled) return explained;
   explained.text = rule.text;

@@ -241,9 +241,15 @@ QWidget* frmTarvexStdSetup::MakeMiddle() {
   auto* const row = new QHBoxLayout(middle);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(kGap);
-  QWidget* const data = MakeDataFields(middle);
-  data->setFixedWidth(kEntryWidth);
-  row->addWidget(data);
+  covered_ = new QWidget(middle);
+  covered_->setFixedWidth(kEntryWidth);
+  QSizePolicy policy = covered_->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  covered_->setSizePolicy(policy);
+  auto* const under = new QVBoxLayout(covered_);
+  under->setContentsMargins(0, 0, 0, 0);
+  under->addWidget(MakeDataFields(covered_));
+  row->addWidget(covered_);
   row->addWidget(MakeStatus(middle));
   // These lie over the others while they are open.
   const QSize room(kSize.width() - 16, kMiddleHeight);
@@ -446,6 +452,8 @@ void frmTarvexStdSetup::Refresh() {
   if (!fields_ || refreshing_) return;
   const QScopedValueRollback refreshing(refreshing_, true);
   fields_->Refresh();
+  // What the entry panel covers may not have the keyboard.
+  covered_->setVisible(!parts_->model.Fields().At(Control::fEntry).visible);
   grid_->Refresh();
   for (Control panel : {Control::fEntry, Control::fCommand, Control::fOPC}) {
     if (QWidget* const shown = fields_->Find({panel}); shown->isVisible()) shown->raise();

@@ -63,6 +63,7 @@ class frmTarvexStdSetup : public QDialog, public SetupForm {
   std::optional<Parts> parts_;
   std::unique_ptr<FieldWidgets> fields_;
   const QWidget* owner_ = nullptr;
+  QWidget* covered_ = nullptr;  ///< holds the data field panel
   StatusGridView* grid_ = nullptr;
   QLabel* portNote_ = nullptr;
   StreamLine* line_ = nullptr;

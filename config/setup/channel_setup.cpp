@@ -77,6 +77,7 @@ bool ChannelSetup::LeaveChannel(int ch) {
     SetCaption(tables, ch, Caption::Offline);
   }
   for (int lamp : {Item::Rx, Item::Tx}) SetLamp(tables, ch, lamp, false);
+  tables.ChanTxQueue[ch].clear();  // meant for the device of before
   if (!Try([&] { ClosePort(engine_, ch); })) return false;
   if (!Try([&] { engine_.log.WriteLog(LogType::Activity, "Tarvex Manager Setup Activated"); })) return false;
   tables.SelectedChannel = ch;
@@ -101,10 +102,11 @@ void ChannelSetup::cmdOk() {
   const int ch = model_.Channel();
   form_.BusyPointer(true);
   listener_.Stop();
+  const ProtocolRecord before(engine_.tables, ProtocolToShow(engine_.tables, ch));
   try {
     Save(ch);
   } catch (const RunTimeError& fault) {
-    TakeBackSaving(ch);
+    TakeBackSaving(ch, before);
     Tell(fault);
     listener_.Start(ch, {});
     form_.BusyPointer(false);
@@ -124,18 +126,17 @@ void ChannelSetup::SaveProtocol(int proto) {
   Configuration& configuration = engine_.configuration;
   configuration.CfgProc(CfgAction::ScreenToProtocol, proto);
   configuration.CfgProc(CfgAction::WriteFormatFile, proto);
-  FindDecimalsAnew(engine_.tables, proto);
   // Both files are written; what the new one raises keeps the channel closed and says so.
   Try([&] { configuration.CfgProc(CfgAction::ReadFormatFile, proto); });
   configuration.CfgProc(CfgAction::ProtocolToScreen, proto);
 }
 
-/// Nothing is saved by half, and the other channels of the protocol go on with what its file holds.
-void ChannelSetup::TakeBackSaving(int ch) {
+/// Nothing is saved by half, and the other channels of the protocol go on with the record of before.
+void ChannelSetup::TakeBackSaving(int ch, const ProtocolRecord& before) {
   ClosePort(engine_, ch);
-  const std::string& before = contentShown_[channelFile_];
-  if (ContentOf(channelFile_) != before) Try([&] { engine_.files.Replace(channelFile_, before); });
-  Try([&] { engine_.configuration.CfgProc(CfgAction::ReadFormatFile, engine_.tables.ChanProtocol[ch]); });
+  before.PutInto(engine_.tables);
+  const std::string& content = contentShown_[channelFile_];
+  if (ContentOf(channelFile_) != content) Try([&] { engine_.files.Replace(channelFile_, content); });
 }
 
 void ChannelSetup::cmdCancel() {

@@ -6,6 +6,7 @@
 
 #include "config/setup/live_line.h"
 #include "config/setup/model.h"
+#include "config/setup/protocol_record.h"
 #include "core/tables.h"
 
 struct Engine;
@@ -46,7 +47,7 @@ class ChannelSetup {
   void Load(int ch);
   void Save(int ch);
   void SaveProtocol(int proto);
-  void TakeBackSaving(int ch);
+  void TakeBackSaving(int ch, const ProtocolRecord& before);
   bool ChangedElsewhere();
   void Note(const std::string& path);
   std::string ContentOf(const std::string& path) const;

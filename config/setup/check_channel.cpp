@@ -106,8 +106,13 @@ Findings CheckPorts(const Tables& tables, const PortsOfMachine& ports) {
     if (auto finding = PortFinding(ch, name, standings[i], ports.manager)) findings.push_back(std::move(*finding));
     const auto [first, isNew] = firstOf.emplace(standings[i].device, ch);
     if (isNew) continue;
-    findings.push_back({FileOf(ch), "ChanPort", name + ", is also the port of channel " + DisplayNumber(first->second),
-                        "give each channel a port of its own, or disable one"});
+    const std::pair<int, int> both[] = {{first->second, ch}, {ch, first->second}};
+    for (const auto& [one, other] : both) {
+      const auto used1 = std::find_if(used.begin(), used.end(), [&](const UsedPort& port) { return port.ch == one; });
+      findings.push_back({FileOf(one), "ChanPort",
+                          used1->Name(tables) + ", is also the port of channel " + DisplayNumber(other),
+                          "give each channel a port of its own, or disable one"});
+    }
   }
   return findings;
 }

@@ -44,7 +44,9 @@ class FormatCheck {
     return length > 0 && length <= kLongestStream ? length : 48;
   }
   /// Notes that a stream has to be so long for a field to be found in it.
-  void Need(int characters) { longest_ = std::max(longest_, characters); }
+  void Need(std::int64_t characters) {
+    longest_ = static_cast<int>(std::max<std::int64_t>(longest_, std::min<std::int64_t>(characters, 1'000'000)));
+  }
 
   void CheckFraming();
   void CheckDataFields();
@@ -97,7 +99,7 @@ void FormatCheck::CheckDataField(const char* name, const DataField& field, int p
   if (!field.enabled) return;
   if (position < 1) Add(name, "the field is enabled without a position", "give the first character, counted from 1");
   if (field.length < 1) return Add(name, "the field is enabled with a length of 0", "give the number of characters");
-  const int need = field.position + field.length;
+  const std::int64_t need = std::int64_t{field.position} + field.length;
   Need(need);
   if (need <= StreamLength()) return;
   Add(name,

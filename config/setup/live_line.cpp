@@ -57,7 +57,7 @@ void LiveListener::Start(int ch, const std::string& stream) {
   scratch_->ProtoIdLen[ch] = live_.ProtoIdLen[ch];
   gridRevision_ = protocol_ = -1;
   framing_ = {-1};
-  opened_ = {};
+  opened_.reset();
   triedAt_ = -kTryAgainMilliseconds;
   const SerialPort& port = ports_.Port(ch);
   before_ = {.port = port.CommPort(), .handshake = port.Handshaking()};
@@ -85,20 +85,21 @@ void LiveListener::OpenPort() {
   SerialPort& port = ports_.Port(channel_);
   port.Close();
   scratch_->ChanRxBuffer[channel_].clear();
-  if (opened_.port < 0 || opened_.setup < 0) {
+  if (opened_->port < 0 || opened_->setup < 0) {
     notice_ = "Choose a port and its settings to see what the device sends.";
     return;
   }
-  const std::string name = "COM" + std::to_string(opened_.port + 1);
-  const std::string& settings = live_.PortSettingsTable[opened_.setup];
-  port.SetCommPort(opened_.port + 1);
+  const std::string name = "COM" + std::to_string(opened_->port + 1);
+  const std::string& settings = live_.PortSettingsTable[opened_->setup];
+  port.SetCommPort(opened_->port + 1);
   port.SetSettings(settings);
-  port.SetHandshaking(opened_.handshake);
+  port.SetHandshaking(opened_->handshake);
   try {
     port.Open();
     notice_ = "Listening on " + name + " at " + settings + "; no stream yet.";
   } catch (const RunTimeError& fault) {
     notice_ = fault.Description();
+    scratch_->ChanStream[channel_].clear();  // nothing is live any more
   }
 }
 
@@ -108,7 +109,7 @@ void LiveListener::Listen(std::int64_t now) {
   const Settings wanted = Wanted();
   const bool again = !port.PortOpen() && now - triedAt_ >= kTryAgainMilliseconds;
   if (wanted != opened_ || again) {
-    if (wanted != opened_) scratch_->ChanStream[channel_].clear();
+    if (opened_ && wanted != *opened_) scratch_->ChanStream[channel_].clear();
     opened_ = wanted;
     triedAt_ = now;
     OpenPort();

@@ -56,7 +56,8 @@ class LiveListener {
   const SetupModel& model_;
   std::unique_ptr<Tables> scratch_;
   int channel_ = kNoChannel;
-  Settings opened_{}, before_{};
+  std::optional<Settings> opened_;  ///< nothing before the first look
+  Settings before_{};
   std::string settingsBefore_;
   std::int64_t triedAt_ = 0;
   int gridRevision_ = -1;

@@ -90,12 +90,15 @@ void FixedFormatMode(SetupFields& fields, bool fixed) {
   constexpr int kMaxStreamLength = 10, kCommands = 10;
   const bool editable = !fixed;
   for (SetupField& field : fields.Array(Control::t)) {
-    if (field.element != kMaxStreamLength) field.enabled = editable;
+    if (field.element != kMaxStreamLength) EnableInColour(field, editable);
+  }
+  for (Control texts : {Control::tCmd, Control::tCmdStart, Control::tCmdEnd}) {
+    for (SetupField& field : fields.Array(texts)) EnableInColour(field, editable);
   }
   for (SetupField& field : fields.Array(Control::ckCmd)) {
     if (field.element < kCommands) field.enabled = editable;
   }
-  Enable(fields, {Control::tCmd, Control::tCmdStart, Control::tCmdEnd, Control::ck, Control::TDBList1}, editable);
+  Enable(fields, {Control::ck, Control::TDBList1}, editable);
   fields.At(Control::TDBList1).greyText = fixed;
 }
 

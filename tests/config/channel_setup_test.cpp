@@ -99,6 +99,30 @@ TEST_F(ChannelSetupTest, WhatCannotBeSavedLeavesBothFilesAndTheScreenAsTheyWere)
   }
 }
 
+TEST_F(ChannelSetupTest, OtherChannelsOfTheProtocolGoOnWithTheirRecord) {
+  plant.Connect(6, 10);
+  tables.ProtoGrossPos[10] = 7;
+  tables.ProtoStatusTable[10].SetCell(0, 0, "Motion");
+  plant.File("Tarvex-Std-CustFmt1.Cfg").clear();  // nothing to read the record of before from
+  tables.ChanTxQueue[4] = "ZERO\r";
+  plant.channelSetup.Open(4);
+  EXPECT_EQ(tables.ChanTxQueue[4], "") << "it is not for a device that is chosen now";
+  setup.SetText({t, 0}, "3");
+  setup.SetText({t, 10}, "99999999999");
+  plant.channelSetup.cmdOk();
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(tables.ProtoGrossPos[10], 7);
+    EXPECT_EQ(tables.ProtoStatusTable[10].Text(0, 0), "Motion");
+    plant.channelSetup.cmdCancel();
+  }
+  // A file that another program has changed comes into force with its own decimal places.
+  tables.ProtoGrossPos[10] = 2;
+  plant.Run(CfgAction::WriteFormatFile, 10);
+  tables.ChanStatusDecimals[6] = tables.ChanDecimalsKnown[6] = True;
+  plant.channelSetup.Open(4);
+  EXPECT_EQ(tables.ChanStatusDecimals[6], False);
+}
+
 TEST_F(ChannelSetupTest, ARefusedPortClosesTheScreenWithTheChannelDisabled) {
   plant.channelSetup.Open(4);
   setup.SetValue({ckEnableDevice}, 1);

@@ -84,6 +84,17 @@ TEST_F(LiveLineTest, ThePortFollowsWhatIsChosenAndIsGivenBack) {
   EXPECT_EQ(port.settings, "1200,N,7,1");
 }
 
+TEST_F(LiveLineTest, TheLastStreamStandsUntilItsLineCannotBeHad) {
+  plant.channelSetup.cmdCancel();
+  plant.tables.ChanStream[5] = "S12.50G\r";
+  plant.channelSetup.Open(5);
+  EXPECT_EQ(Look().stream, "S12.50G\r");
+  plant.ports.port[5].open = false;
+  plant.ports.port[5].openError = 8002;
+  plant.system.millisecond += 2000;
+  EXPECT_EQ(Look().stream, "");
+}
+
 TEST_F(LiveLineTest, BytesWithoutATerminatorAreShownAsTheyCome) {
   Look();
   EXPECT_EQ(Look({}, "12.501").stream, "12.501");

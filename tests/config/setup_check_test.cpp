@@ -150,7 +150,11 @@ TEST_F(SetupCheckTest, WhatStandsInTheWayOfAPortIsNamedWithItsCure) {
   tables.ChanPort[6] = 10;  // another number, the same address
   tables.ChanPort[7] = 1;   // another address, the same device
   EXPECT_EQ(Lines(CheckPorts(tables, ports)),
+            "Tarvex-SCALE5.Cfg, ChanPort: COM1, /dev/ttyS1, is also the port of channel 7; give each channel a port "
+            "of its own, or disable one\n"
             "Tarvex-SCALE7.Cfg, ChanPort: COM11, /dev/ttyS1, is also the port of channel 5; give each channel a port "
+            "of its own, or disable one\n"
+            "Tarvex-SCALE5.Cfg, ChanPort: COM1, /dev/ttyS1, is also the port of channel 8; give each channel a port "
             "of its own, or disable one\n"
             "Tarvex-SCALE8.Cfg, ChanPort: COM2, /dev/ttyS2, is also the port of channel 5; give each channel a port "
             "of its own, or disable one\n");

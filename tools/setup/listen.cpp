@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::int64_t kLookMilliseconds = 10;
 constexpr std::int64_t kTryMilliseconds = 700;
+constexpr std::int64_t kTryLongerMilliseconds = 1800;  ///< for a device that sends once a second
+constexpr std::size_t kEnoughFrames = 3;
 constexpr const char* kUsualSettings = "9600,N,8,1";
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -176,9 +178,11 @@ int TrySettings(Line& line, const Tables& tables) {
     line.Open(settings);
     LineFrames cutter;
     std::vector<std::string> frames;
-    line.Listen(kTryMilliseconds, [&](const std::string& bytes, std::int64_t now) {
+    const auto take = [&](const std::string& bytes, std::int64_t now) {
       for (std::string& frame : cutter.Take(bytes, now)) frames.push_back(std::move(frame));
-    });
+    };
+    line.Listen(kTryMilliseconds, take);
+    if (frames.size() < kEnoughFrames && interrupted == 0) line.Listen(kTryLongerMilliseconds, take);
     if (!frames.empty()) frames.erase(frames.begin());  // the first one may have begun before
     tried.push_back({settings, CleannessOf(frames), frames.empty() ? "" : frames.back()});
   }

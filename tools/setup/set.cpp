@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 
 #include "config/setup/typed_text.h"
 #include "core/fixed_tables.h"
+#include "protocol/number.h"
 #include "tools/setup/field_names.h"
 #include "tools/setup/manager/running_manager.h"
 #include "tools/setup/verbs.h"
@@ -30,8 +32,10 @@ std::optional<int> Number(std::string_view text) {
 
 int IndexOf(const SetupField& list, const std::string& value) {
   for (std::size_t i = 0; i < list.items.size(); ++i) {
-    if (list.items[i] == value) return static_cast<int>(i);
+    if (Trim(list.items[i]) == Trim(value)) return static_cast<int>(i);
   }
+  // A port is known by its number, not by its place in the list.
+  if (list.row->control == Control::cb && list.element == 1 && Number(value)) return IndexOf(list, "COM" + value);
   if (const auto number = Number(value); number && *number >= 0 && *number < static_cast<int>(list.items.size())) {
     return *number;
   }
@@ -58,9 +62,11 @@ bool SetStatusRow(SetupModel& model, const Assignment& assignment) {
   StatusGrid& grid = model.Grid();
   const auto row = Number(std::string_view(assignment.name).substr(open + 1, assignment.name.size() - open - 2));
   const int firstEmpty = grid.FirstEmptyEntry();
-  if (!row || !assignment.name.ends_with(')') || *row < 0 || (firstEmpty >= 0 && *row > firstEmpty)) {
-    throw SetupToolFault(assignment.name + ": rows are 0 to " + std::to_string(firstEmpty) +
-                         ", the first free one, so that there is no gap");
+  if (!row || !assignment.name.ends_with(')') || *row < 0 ||
+      *row > (firstEmpty >= 0 ? firstEmpty : StatusGrid::kRows - 1)) {
+    throw SetupToolFault(assignment.name + ": rows are 0 to " +
+                         std::to_string(firstEmpty >= 0 ? firstEmpty : StatusGrid::kRows - 1) +
+                         (firstEmpty >= 0 ? ", the first free one, so that there is no gap" : ""));
   }
   if (verb == "delete") {
     grid.DeleteEntry(*row);
@@ -78,8 +84,12 @@ bool SetStatusRow(SetupModel& model, const Assignment& assignment) {
     }
     texts[column] = rest.substr(0, bar);
     rest.remove_prefix(bar == std::string_view::npos ? rest.size() : bar + 1);
-    if (texts[column].find('"') != std::string::npos) {
-      throw SetupToolFault(assignment.name + ": the settings files cannot carry a double quote");
+    // Position, length and mask are fields of the entry panel, with their limits.
+    const bool ofPanel = column >= 2 && column <= 4;
+    const FieldId field = ofPanel ? FieldId{Control::te, static_cast<int>(column) - 2} : FieldId{Control::tDeviceDesc};
+    const TypedText taken = TakeTyped(*model.Fields().At(field).row, texts[column]);
+    if (!taken.refusal.empty()) {
+      throw SetupToolFault(assignment.name + ": " + std::string(taken.refusal) + ": \"" + texts[column] + "\"");
     }
   }
   if (texts[0].empty() || texts[2].empty() || texts[3].empty()) {
@@ -110,12 +120,13 @@ void SetField(SetupModel& model, const FieldId id, const Assignment& assignment)
   }
 }
 
-bool OfProtocol(const FieldId id) {
-  for (const FieldId each : ProtocolFields()) {
-    if (each == id) return true;
-  }
-  return false;
+template <typename Fields>
+bool IsAmong(const FieldId id, const Fields& fields) {
+  return std::find(fields.begin(), fields.end(), id) != fields.end();
 }
+
+bool OfProtocol(const FieldId id) { return IsAmong(id, ProtocolFields()); }
+bool OfChannel(const FieldId id) { return IsAmong(id, ChannelFields()); }
 
 void RefuseForOther(const std::string& name, bool channel) {
   throw SetupToolFault("\"" + name + "\" is a setting of a " + (channel ? "protocol" : "channel") + ": set it for one");
@@ -124,7 +135,8 @@ void RefuseForOther(const std::string& name, bool channel) {
 void Apply(SetupModel& model, const Words& words, bool channel) {
   for (const std::string& word : words) {
     const Assignment assignment = Split(word);
-    if (const auto id = FindField(model.Fields(), assignment.name)) {
+    const auto id = FindField(model.Fields(), assignment.name);
+    if (id && (OfProtocol(*id) || OfChannel(*id))) {
       if (OfProtocol(*id) == channel) RefuseForOther(assignment.name, channel);
       SetField(model, *id, assignment);
     } else if (!SetStatusRow(model, assignment)) {

@@ -1,5 +1,6 @@
 #include "tools/setup/settings_folder.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <vector>
 
@@ -21,6 +22,8 @@ std::unique_ptr<Tables> TablesOf(const std::string& folder) {
   return tables;
 }
 
+void Note(const RunTimeError& fault) { std::fprintf(stderr, "note: %s\n", fault.Description().c_str()); }
+
 }  // namespace
 
 SettingsFolder::SettingsFolder(const std::string& folder)
@@ -30,6 +33,7 @@ SettingsFolder::SettingsFolder(const std::string& folder)
       configuration_(*tables_, files_, ports_, log_, notice_),
       model_(*tables_, configuration_) {
   configuration_.SetSetupScreen(&model_);
+  model_.OnFault([](const RunTimeError& fault) { Note(fault); });
   try {
     addresses_.Load(disk_, folder);
   } catch (const RunTimeError& fault) {
@@ -50,6 +54,15 @@ void SettingsFolder::ReadProtocol(int proto) {
   if (const auto& fault = tables_->ProtoFault[proto]) throw RunTimeError(*fault);
 }
 
+/// A damaged format can be mended, and its channel switched off: it is told, and what could be read is shown.
+void SettingsFolder::ReadProtocolToShow(int proto) {
+  try {
+    ReadProtocol(proto);
+  } catch (const RunTimeError& fault) {
+    Note(fault);
+  }
+}
+
 void SettingsFolder::OpenChannel(int ch) {
   model_.Begin(ch);
   ReadChannel(ch);
@@ -57,14 +70,14 @@ void SettingsFolder::OpenChannel(int ch) {
   configuration_.CfgProc(CfgAction::TablesToScreen, ch);
   const std::int32_t proto = tables_->ChanProtocol[ch];
   if (!ProtocolName(proto).empty()) {
-    ReadProtocol(proto);
+    ReadProtocolToShow(proto);
     configuration_.CfgProc(CfgAction::ProtocolToScreen, proto);
   }
   model_.SetLoading(false);
 }
 
 void SettingsFolder::OpenProtocol(int proto) {
-  ReadProtocol(proto);
+  ReadProtocolToShow(proto);
   model_.Begin(0);
   model_.SetIndex({Control::cb, 3}, proto);
 }

@@ -49,6 +49,7 @@ class SettingsFolder {
   void WriteProtocol(int proto);
 
  private:
+  void ReadProtocolToShow(int proto);
   void Write();
 
   std::unique_ptr<Tables> tables_;

@@ -51,7 +51,12 @@ int Show(const std::string& folder, const Words& given) {
   }
   if (target.kind == Target::Kind::All) {
     for (int ch = 0; ch < kChannels; ++ch) {
-      settings.ReadChannel(ch);
+      try {
+        settings.ReadChannel(ch);
+      } catch (const RunTimeError& fault) {
+        std::printf("%3s  %s\n", DisplayNumber(ch).c_str(), fault.Description().c_str());
+        continue;
+      }
       const Tables& tables = settings.Store();
       const std::string protocol = ProtocolName(tables.ChanProtocol[ch]);
       std::printf("%3s  %-8s  COM%-3d %-12s %-34s %s\n", DisplayNumber(ch).c_str(),

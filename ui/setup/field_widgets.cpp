@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QToolTip>
+#include <algorithm>
 #include <utility>
 
 #include "config/setup/typed_text.h"
@@ -41,6 +42,7 @@ class TextField : public QLineEdit {
  public:
   TextField(SetupModel& model, FieldId field, QWidget* parent) : QLineEdit(parent), model_(model), field_(field) {
     connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) { Take(typed); });
+    connect(this, &QLineEdit::inputRejected, this, [this] { Tell("The field holds no more characters"); });
   }
 
  protected:
@@ -64,6 +66,8 @@ class TextField : public QLineEdit {
  private:
   const FieldRow& Row() const { return *model_.Fields().At(field_).row; }
 
+  void Tell(const QString& refusal) { QToolTip::showText(mapToGlobal(QPoint(0, height())), refusal, this); }
+
   void Take(const QString& typed) {
     const TypedText taken = TakeTyped(Row(), ToBytes(typed));
     const QString text = ToText(taken.text);
@@ -73,9 +77,7 @@ class TextField : public QLineEdit {
       setText(text);
       setCursorPosition(caret - static_cast<int>(dropped));
     }
-    if (!taken.refusal.empty()) {
-      QToolTip::showText(mapToGlobal(QPoint(0, height())), ToText(taken.refusal), this);
-    }
+    if (!taken.refusal.empty()) Tell(ToText(taken.refusal));
     model_.SetText(field_, taken.text);
   }
 
@@ -126,9 +128,11 @@ void ShowList(QComboBox& list, const SetupField& field) {
 
 void ShowText(QLineEdit& line, const SetupField& field) {
   const QString text = ToText(field.text);
+  // A full field takes no more; a file may have brought a longer text.
+  const int limit = static_cast<int>(field.row->limit);
+  if (limit > 0) line.setMaxLength(std::max(limit, static_cast<int>(text.size())));
   if (line.text() != text) line.setText(text);
-  const bool grey = field.grey || !field.enabled;
-  const QColor back = grey ? QColor(0xE0, 0xE0, 0xE0) : QColor(Qt::white);
+  const QColor back = field.grey ? QColor(0xE0, 0xE0, 0xE0) : QColor(Qt::white);
   if (line.palette().color(QPalette::Base) == back) return;
   QPalette colours = line.palette();
   colours.setColor(QPalette::Base, back);

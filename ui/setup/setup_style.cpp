@@ -22,7 +22,7 @@ void ApplySetupStyle(QDialog& dialog) {
       "QLabel:disabled, QCheckBox:disabled { color: %3; }"
       "QLineEdit { padding: 0 3px; font-weight: normal; background: palette(base); }"
       "QLineEdit:focus { padding: 0 2px; }"
-      "QLineEdit:disabled { background: #e0e0e0; color: %3; }"
+      "QLineEdit:disabled { color: %3; }"
       "QCheckBox { font-weight: normal; padding: 0 2px; }"
       "QComboBox { font-weight: normal; combobox-popup: 0; }"
       "QComboBox QAbstractItemView::item { min-height: 17px; }"

@@ -59,6 +59,8 @@ TEST_F(SetupToolTest, SettingsAreChangedAllOrNone) {
       {{"protocol", "2", "t(10)=99"}, "is a fixed format"},
       {{"protocol", "10", "row(1)=Motion|1 / MOTION|2|1|8|X"}, "rows are 0 to 0"},
       {{"protocol", "10", "row(0)=Motion|1 / MOTION|2"}, "takes six texts"},
+      {{"protocol", "10", "row(0)=Motion|1 / MOTION|10000|1|8|X"}, "no more characters"},
+      {{"3", "cmdOk=1"}, "There is no setting \"cmdOk\""},
   };
   for (const Case& c : cases) EXPECT_TRUE(Holds(Run(Set, c.words), c.told)) << c.told << ": " << Run(Set, c.words);
   EXPECT_EQ(Content(file), before);
