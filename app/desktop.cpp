@@ -84,11 +84,11 @@ std::string Desktop::DescribePort(int comNumber) {
     for (int ch = 0; ch <= manager_.Store().MaxChannel; ++ch) {
       const SerialPort& port = ports_.Port(ch);
       if (ch == manager_.Setup().Channel() || !port.PortOpen() || port.CommPort() != comNumber) continue;
-      return address + ": in use by channel " + DisplayNumber(ch);
+      return "in use by channel " + DisplayNumber(ch) + ": " + address;
     }
     const PortStanding standing = portProbe_.LookAt(address);
     const std::string hindrance = standing.ours ? "" : PortStandingText(standing);  // ours: the edited channel's own
-    return hindrance.empty() ? address : address + ": " + hindrance;
+    return hindrance.empty() ? address : hindrance + ": " + address;  // the place is narrow: what matters first
   } catch (const RunTimeError& fault) {
     return fault.Description();
   }

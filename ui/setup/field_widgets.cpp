@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QToolTip>
 #include <algorithm>
 #include <utility>
@@ -132,11 +133,10 @@ void ShowText(QLineEdit& line, const SetupField& field) {
   const int limit = static_cast<int>(field.row->limit);
   if (limit > 0) line.setMaxLength(std::max(limit, static_cast<int>(text.size())));
   if (line.text() != text) line.setText(text);
-  const QColor back = field.grey ? QColor(0xE0, 0xE0, 0xE0) : QColor(Qt::white);
-  if (line.palette().color(QPalette::Base) == back) return;
-  QPalette colours = line.palette();
-  colours.setColor(QPalette::Base, back);
-  line.setPalette(colours);
+  if (line.property("grey").toBool() == field.grey) return;
+  line.setProperty("grey", field.grey);
+  line.style()->unpolish(&line);  // the style sheet knows the property from the polishing
+  line.style()->polish(&line);
 }
 
 /// A check box's text without the blanks that its caption begins or ends with.
