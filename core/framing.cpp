@@ -21,6 +21,16 @@ void AppendKeepingTail(std::string& buffer, const std::string& chunk, std::size_
   buffer.append(chunk);
 }
 
+/// Whether a chunk ends a stream: a terminator behind another one ends nothing. `before` is the last character in front
+/// of the chunk, a terminator if there is none.
+bool EndsAStream(char before, const std::string& chunk, char terminator) {
+  for (const char character : chunk) {
+    if (character == terminator && before != terminator) return true;
+    before = character;
+  }
+  return false;
+}
+
 }  // namespace
 
 Cut CutStream(Tables& tables, int ch) {
@@ -32,14 +42,15 @@ Cut CutStream(Tables& tables, int ch) {
   const std::int32_t length = tables.ProtoMaxStream[proto];
   const bool possible = length > 0 && length <= kLongestStream;
   const std::size_t most = static_cast<std::size_t>(possible ? length : kDefaultMaxStream);
-  AppendKeepingTail(buffer, tables.ChanRxChunk[ch], most);
-
   if (tables.ProtoTerminator[proto] == 0) tables.ProtoTerminator[proto] = kDefaultTerminator;
+  const char end = static_cast<char>(tables.ProtoTerminator[proto]);
+  const bool ends = EndsAStream(buffer.empty() ? end : buffer.back(), tables.ChanRxChunk[ch], end);
+  AppendKeepingTail(buffer, tables.ChanRxChunk[ch], most);
   if (tables.ProtoTerminator[proto] < 0 || tables.ProtoTerminator[proto] > 255) return Cut::None;  // is no character
   const char terminator = static_cast<char>(tables.ProtoTerminator[proto]);
   const std::size_t first = buffer.find(terminator);
   if (first == std::string::npos) return Cut::None;
-  const Cut cut = tables.ChanRxChunk[ch].find(terminator) == std::string::npos ? Cut::Again : Cut::Fresh;
+  const Cut cut = ends ? Cut::Fresh : Cut::Again;
 
   const std::size_t second = buffer.find(terminator, first + 1);
   if (second != std::string::npos) {

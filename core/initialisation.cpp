@@ -268,6 +268,10 @@ void ServeUnconnectedChannel(Engine& engine, int ch) {
     }
     if (tables.ChanDeviceMissing[ch] == True && DeviceHasAppeared(engine, ch)) {
       InitialiseChannel(engine, ch, Pass::DeviceFound);
+      if (tables.ChanConnected[ch] == False) {  // its format has been refused meanwhile
+        engine.ports.Port(ch).Close();
+        return;
+      }
       engine.log.WriteLog(LogType::Activity, "Channel: " + DisplayNumber(ch) + "  Device Found, Channel Enabled");
       return;
     }

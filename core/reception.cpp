@@ -72,8 +72,13 @@ void CheckSilence(Engine& engine, int ch) {
 /// Bytes that end no stream do not put the time-out off: noise would keep an old weight good for ever.
 void Receive(Engine& engine, int ch, SerialPort& port) {
   TurnRXLedON(engine.tables, engine.mainForm, ch);
-  if (port.TakeLineLoss()) engine.tables.ChanRxBuffer[ch].clear();  // what comes now does not continue it
-  port.Input(engine.tables.ChanRxChunk[ch]);
+  Tables& tables = engine.tables;
+  const bool pause =
+      tables.ChanTimeout[ch] > 0 && TicksSince(tables, tables.ChanByteTick[ch]) >= tables.ChanTimeout[ch];
+  tables.ChanByteTick[ch] = tables.ScanTick;
+  // What comes now does not continue what came before, also if that came while the channel was offline.
+  if (port.TakeLineLoss() || pause) tables.ChanRxBuffer[ch].clear();
+  port.Input(tables.ChanRxChunk[ch]);
   const Cut cut = CutStream(engine.tables, ch);
   if (cut == Cut::Fresh) engine.tables.ChanStreamEndTick[ch] = engine.tables.ScanTick;
   if (cut != Cut::None) HandleStream(engine, ch);

@@ -83,18 +83,6 @@ void ServeChannels(Engine& engine, int& ch) {
   tables.NextChannelToServe = 0;
 }
 
-/// Deals with the fault that has ended the tick on channel `ch`. The next tick begins behind that channel, so that a
-/// fault that comes back in every tick does not keep the others from being visited.
-void EndTickWithFault(Engine& engine, int ch, const RunTimeError& fault) {
-  Tables& tables = engine.tables;
-  tables.NextChannelToServe = NextChannel(tables, ch);
-  HandleFault(engine, ch, fault);
-  if (tables.ChanConnected[ch] == False) return;
-  // The visit may have ended before the channel was looked at, at each tick anew.
-  CheckTimeout(engine, ch);
-  engine.publisher.Flush(ch);
-}
-
 /// Runs `step`; what it raises, if anything.
 template <typename Step>
 std::optional<RunTimeError> FaultOf(const Step& step) {
@@ -108,6 +96,21 @@ std::optional<RunTimeError> FaultOf(const Step& step) {
   } catch (const std::exception& fault) {
     return RunTimeError(ErrorNumber::Internal, std::string("Internal error: ") + fault.what());
   }
+}
+
+/// Deals with the fault that has ended the tick on channel `ch`. The next tick begins behind that channel, so that a
+/// fault that comes back in every tick does not keep the others from being visited.
+void EndTickWithFault(Engine& engine, int ch, const RunTimeError& fault) {
+  Tables& tables = engine.tables;
+  tables.NextChannelToServe = NextChannel(tables, ch);
+  HandleFault(engine, ch, fault);
+  if (tables.ChanConnected[ch] == False) return;
+  // The visit may have ended before the channel was looked at, at each tick anew.
+  const auto also = [&](const auto& step) {
+    if (const auto further = FaultOf(step)) HandleFault(engine, ch, *further);
+  };
+  also([&] { CheckTimeout(engine, ch); });
+  also([&] { engine.publisher.Flush(ch); });
 }
 
 }  // namespace

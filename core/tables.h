@@ -169,6 +169,7 @@ struct Tables {
   ChannelTable<std::int32_t> ChanLastRxTick;
   ChannelTable<std::int32_t> ChanStreamEndTick;  ///< `ScanTick` when a terminator last arrived, or at connection: what
                                                  ///< arrives without one is no sign of life
+  ChannelTable<std::int32_t> ChanByteTick;       ///< `ScanTick` when anything last arrived
   ChannelTable<Boolean> ChanStreamUnfinished;    ///< the stream under way has not been taken whole
   Table<ChannelTable<std::int32_t>, 3> ChanLampTick;  ///< rows RX, TX, spare
   ChannelTable<std::int32_t> ChanOpcTick;

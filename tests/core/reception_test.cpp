@@ -72,6 +72,21 @@ TEST(ReceptionTest, AFaultInAStreamLeavesNothingOfItToTheNext) {
   EXPECT_EQ(plant.tables.ChanGross[0], "    14") << "the weight itself is true";
 }
 
+TEST(ReceptionTest, NeitherHalvesOfAnOutageNorBareTerminatorsMakeAWeight) {
+  ScalePlant plant;
+  plant.tables.ChanTimeout[0] = 5;
+  plant.Tick(0, " 123456\r");
+  for (int tick = 0; tick < 10; ++tick) plant.Tick();
+  plant.Tick(0, " 111");  // arrives while the channel is offline already
+  for (int tick = 0; tick < 10; ++tick) plant.Tick();
+  plant.Tick(0, "999\r");
+  EXPECT_NE(plant.tables.ChanGross[0], "111999");
+  plant.tables.ProtoStartChar[kProto] = ' ';
+  plant.Tick(0, " 123456\r");
+  for (int tick = 0; tick < 20; ++tick) plant.Tick(0, tick % 4 == 0 ? "\r" : "");
+  EXPECT_EQ(plant.tables.ChanStatusText[0], "Offline...") << "no stream has ended for longer than the time-out";
+}
+
 TEST(ReceptionTest, AChannelWithoutATimeOutNeverFallsOffline) {
   for (const int timeout : {0, -1}) {
     ScalePlant plant;
