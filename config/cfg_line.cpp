@@ -74,7 +74,7 @@ std::string CfgRecord::Text(CfgReader& reader, const CfgFieldRow& field) {
   std::string text = reader.Text(field.name);
   if (text.size() <= longestText_) return text;
   remarks_.push_back(reader.PlaceOfField(field.name) + ": the text has " + std::to_string(text.size()) +
-                     " characters and is cut to " + std::to_string(longestText_));
+                     " bytes and is cut to " + std::to_string(longestText_));
   std::size_t end = longestText_;
   while (end > 0 && IsInsideCharacter(text[end])) --end;
   text.resize(end);

@@ -51,7 +51,7 @@ CfgCell SettingOf(Tables& tables, int number, int) {
 /// Values read from a file, held back until the whole file has been found good: a damaged file changes nothing.
 class CfgRecord {
  public:
-  /// Texts are cut to `longestText` characters.
+  /// Texts are cut to `longestText` bytes, between two characters.
   explicit CfgRecord(std::size_t longestText = std::string::npos) : longestText_(longestText) {}
 
   /// Reads one line of fields. `number` is the channel or protocol, `row` the row of a table with rows.

@@ -69,7 +69,7 @@ std::string ChannelFilePath(const Tables& tables, int ch) {
 void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch) {
   const std::string path = ChannelFilePath(tables, ch);
   std::string content = files.OpenAndRead(path);
-  const bool lost = content.empty() && tables.ChanEnabled[ch] == True;
+  const bool lost = content.empty() && tables.ChanEnabledInFile[ch] == True;
   tables.ChanSettingsLost[ch] = AsBoolean(lost);
   if (content.empty()) {
     RestoreChannelDefaults(tables, files, ch);
@@ -82,6 +82,7 @@ void ReadChannelFile(Tables& tables, Files& files, Log& log, int ch) {
     record.Read(reader, kChannelLine, tables, ch);
   } while (!reader.AtEnd());
   record.Commit();
+  tables.ChanEnabledInFile[ch] = tables.ChanEnabled[ch];
   if (lost) {
     log.WriteLog(LogType::Error, path + " was empty or gone: channel " + DisplayNumber(ch) +
                                      ", which was enabled, has its default settings and is disabled now");
@@ -96,6 +97,7 @@ void WriteChannelFile(Tables& tables, Files& files, int ch) {
   CfgWriter writer;
   WriteCfgLine(writer, kChannelLine, tables, ch);
   files.Replace(ChannelFilePath(tables, ch), writer.Content());
+  tables.ChanEnabledInFile[ch] = tables.ChanEnabled[ch];
 }
 
 void RestoreChannelDefaults(Tables& tables, Files& files, int ch) {

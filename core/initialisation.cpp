@@ -52,6 +52,10 @@ void StartPublishing(Tables& tables, int ch) {
   tables.ChanOpcPending[ch] = True;
 }
 
+void ShowDisabled(Tables& tables, int ch) {
+  SetCaption(tables, ch, tables.ChanSettingsLost[ch] == True ? Caption::SettingsLost : Caption::DeviceDisabled);
+}
+
 /// A channel that could not be opened: disabled in the tables, and not tried again until its setup is used.
 void ShowInitializationError(Engine& engine, int ch) {
   Tables& tables = engine.tables;
@@ -155,7 +159,7 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
   ResetLamps(tables, ch);
   if (tables.ChanEnabled[ch] == False) {
     MarkWeightsOld(engine, ch);
-    SetCaption(tables, ch, tables.ChanSettingsLost[ch] == True ? Caption::SettingsLost : Caption::DeviceDisabled);
+    ShowDisabled(tables, ch);
     StartPublishing(tables, ch);
     return;
   }
@@ -196,7 +200,7 @@ void InitialiseChannel(Engine& engine, int ch, Pass pass) {
 /// Looks once a second for the device of a channel that could not be opened without it, and opens its port if it is
 /// there. Its file is read again: the channel may have been disabled or changed there meanwhile. What stands in the
 /// way has been told and is not told again.
-bool DeviceHasAppeared(Engine& engine, int ch) {
+bool TryToOpenMissingDevice(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   if (tables.ChanDeviceTrySecond[ch] == tables.ScanLastSecond) return false;
   tables.ChanDeviceTrySecond[ch] = tables.ScanLastSecond;
@@ -205,7 +209,7 @@ bool DeviceHasAppeared(Engine& engine, int ch) {
     engine.configuration.CfgProc(CfgAction::ReadChannelFile, ch);
     if (tables.ChanEnabled[ch] == False || tables.ChanConnectUsing[ch] != ConnectUsing::SerialPort) {
       tables.ChanDeviceMissing[ch] = False;
-      SetCaption(tables, ch, Caption::DeviceDisabled);
+      ShowDisabled(tables, ch);
     } else {
       OpenWithSettings(tables, ch, port);
     }
@@ -266,7 +270,7 @@ void ServeUnconnectedChannel(Engine& engine, int ch) {
       engine.mainForm.BusyPointer(false);
       return;
     }
-    if (tables.ChanDeviceMissing[ch] == True && DeviceHasAppeared(engine, ch)) {
+    if (tables.ChanDeviceMissing[ch] == True && TryToOpenMissingDevice(engine, ch)) {
       InitialiseChannel(engine, ch, Pass::DeviceFound);
       if (tables.ChanConnected[ch] == False) {  // its format has been refused meanwhile
         engine.ports.Port(ch).Close();

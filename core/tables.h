@@ -269,14 +269,18 @@ struct Tables {
   /// The channel is to be opened again in the next tick with the settings in the tables, as after its setup.
   ChannelTable<Boolean> ChanReopenPending;
   ChannelTable<Boolean> ChanFormatRefused;  ///< the channel was to be opened, and its protocol's fault kept it closed
-  /// The channel was enabled, and its file was found empty or gone when it was read again; until it has content.
+  /// The channel was enabled in its file, which was found empty or gone when it was read again; until it has content.
   ChannelTable<Boolean> ChanSettingsLost;
+  /// What the channel's file said of `ChanEnabled` when it was last read or written; a fault disables in the tables
+  /// alone.
+  ChannelTable<Boolean> ChanEnabledInFile;
   /// What of the channel's file is not used as it stands, as told last.
   ChannelTable<std::vector<std::string>> ChanFileRemarks;
   /// The weight log of the channel could not be written last time; a fault is reported once until it can again.
   ChannelTable<Boolean> ChanAsciiLogFailed;
   /// Faults that have been told and still last.
   ChannelTable<ToldFaults> ChanToldFaults;
+  ToldFaults ScanToldFaults;  ///< those that belong to no channel
   /// The channel's device was not there when its port was opened; it is looked for, last in that second of the
   /// wall clock, and the channel is opened when it appears.
   ChannelTable<Boolean> ChanDeviceMissing;

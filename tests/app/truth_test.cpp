@@ -206,6 +206,19 @@ constexpr Moment kMoments[] = {
        for (int tick = 0; tick < 6; ++tick) plant.Send("x");
      },
      Expected::NothingFalse},
+    {"half a frame after the scale was given up, and the rest of another",
+     [](TruthPlant& plant) {
+       plant.Silence(6);
+       plant.Send(kOldFrame.substr(0, 8));
+       plant.Silence(6);
+       plant.Send(kFrame.substr(8));
+     },
+     Expected::NothingFalse, true},
+    {"terminators with nothing between them",
+     [](TruthPlant& plant) {
+       for (int tick = 0; tick < 6; ++tick) plant.Send("\r\r");
+     },
+     Expected::NothingFalse, true},
     {"no terminator any more",
      [](TruthPlant& plant) {
        for (int tick = 0; tick < 6; ++tick) plant.Send("0099990099990099990099990099990099990099");
@@ -294,6 +307,18 @@ constexpr Moment kMoments[] = {
        plant.Stop();
        plant.ports.port[kCh].openError = ErrorNumber::SerialPortInvalid;
        plant.Start();
+     },
+     Expected::NothingFalse},
+    {"file emptied while the device is missing",
+     [](TruthPlant& plant) {
+       plant.Stop();
+       plant.ports.port[kCh].openError = ErrorNumber::SerialPortInvalid;
+       plant.Start();
+       plant.files.content[ChannelFilePath(plant.tables, kCh)].clear();
+       plant.ports.port[kCh].openError = 0;
+       ++plant.system.second;
+       plant.Silence(1);
+       EXPECT_EQ(plant.tables.ChanStatusText[kCh], Caption::SettingsLost);
      },
      Expected::NothingFalse},
     {"port in use at the restart",
