@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/dbus/bus_text.h"
+
 namespace {
 
 constexpr std::chrono::seconds kRetry{2};
@@ -22,8 +24,11 @@ constexpr int kMessagesARound = 32;
 /// bytes; but none of ours is above 30 kB, the seven items of a topic with 1024 characters of 4 bytes each, because
 /// texts (`kLongestText`) and names (`kLongestName`) are limited. So no more than 8 MB wait.
 constexpr std::uint64_t kMostWaiting = 256;
+static_assert(7 * 4 * kLongestText < 30'000, "the bound of what waits is counted with smaller messages");
 /// Most bytes of a name that D-Bus knows, and far more than a path of ours has.
 constexpr std::size_t kLongestName = 255;
+/// At the end of the program the marks of old weights are worth waiting for; a bus that hangs is not.
+constexpr std::chrono::milliseconds kFarewell{100};
 constexpr std::uint64_t kNever = UINT64_MAX;
 
 /// Time from now to a time of the monotonic clock in microseconds, rounded up.
@@ -34,10 +39,10 @@ std::chrono::milliseconds Until(std::uint64_t microseconds) {
   return std::max(ceil<milliseconds>(left), milliseconds::zero());
 }
 
-/// True as well for a bus that is gone: writing tells.
-bool TakesBytes(int descriptor) {
+/// Waits for at most `wait`. True as well for a bus that is gone: writing tells.
+bool TakesBytes(int descriptor, std::chrono::nanoseconds wait = {}) {
   pollfd socket{descriptor, POLLOUT, 0};
-  return poll(&socket, 1, 0) > 0;
+  return poll(&socket, 1, static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(wait).count())) > 0;
 }
 
 }  // namespace
@@ -56,8 +61,30 @@ void BusLink::Start() {
 }
 
 void BusLink::Stop() {
+  SendWhatWaits();
   Close();
   state_ = State::Unknown;
+}
+
+void BusLink::SendWhatWaits() {
+  if (!bus_ || sd_bus_is_ready(bus_.get()) <= 0) return;
+  const auto end = std::chrono::steady_clock::now() + kFarewell;
+  while (true) {
+    if (flushRequested_ && !Congested()) {
+      flushRequested_ = false;
+      hooks_.flush();
+    }
+    const auto left = end - std::chrono::steady_clock::now();
+    if (Waiting() == 0 || left <= left.zero()) return;
+    // sd-bus writes first, and takes a call only if it could write no message to its end.
+    if (TakesBytes(sd_bus_get_fd(bus_.get()), left) && sd_bus_process(bus_.get(), nullptr) < 0) return;
+  }
+}
+
+std::uint64_t BusLink::Waiting() const {
+  std::uint64_t waiting = 0;
+  if (bus_) sd_bus_get_n_queued_write(bus_.get(), &waiting);
+  return waiting;
 }
 
 void BusLink::Close() {
@@ -67,9 +94,7 @@ void BusLink::Close() {
 }
 
 bool BusLink::Congested() {
-  std::uint64_t waiting = 0;
-  if (bus_) sd_bus_get_n_queued_write(bus_.get(), &waiting);
-  congested_ = waiting > (congested_ ? 0 : kMostWaiting);
+  congested_ = Waiting() > (congested_ ? 0 : kMostWaiting);
   if (congested_) flushRequested_ = true;
   return congested_;
 }
@@ -77,8 +102,7 @@ bool BusLink::Congested() {
 bool BusLink::HoldsCallsBack() { return sd_bus_is_ready(bus_.get()) > 0 && Congested(); }
 
 void BusLink::Sent() {
-  std::uint64_t waiting = 0;
-  if (bus_ && sd_bus_get_n_queued_write(bus_.get(), &waiting) >= 0 && waiting > 0) writable_.setEnabled(true);
+  if (Waiting() > 0) writable_.setEnabled(true);
 }
 
 void BusLink::Connect() {

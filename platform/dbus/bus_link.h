@@ -30,7 +30,7 @@ class BusLink {
 
   /// Needs the program's event loop object; raises nothing.
   void Start();
-  /// Leaves the bus at once, without waiting for it to take what it was sent.
+  /// Leaves the bus when it has taken what it was sent, in 100 ms at the latest. No further calls are taken.
   void Stop();
 
   /// The connection to send on, null while there is none.
@@ -49,6 +49,8 @@ class BusLink {
     void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
   };
 
+  std::uint64_t Waiting() const;  ///< messages that the bus has not taken
+  void SendWhatWaits();
   void Connect();
   int Open();
   void Close();

@@ -140,4 +140,25 @@ TEST_F(BusLoadTest, ABusThatGoesAwayWhileCallsAreHeldBackIsSeen) {
   EXPECT_TRUE(Until([&] { return log_.size() == 2; }));
 }
 
+TEST_F(BusLoadTest, WhatWaitsAtTheEndArrivesAndABusThatHangsIsNotWaitedForLong) {
+  for (const bool hangs : {false, true}) {
+    CallALot();
+    client_->Listen();
+    daemon_.Hang();
+    const std::string text(1000, 'x');
+    while (Waiting() == 0)
+      sd_bus_emit_signal(link_.Bus(), "/org/tarvex", "org.tarvex.Server", "Full", "s", text.c_str());
+    sd_bus_emit_signal(link_.Bus(), "/org/tarvex", "org.tarvex.Server", "Last", "");
+    if (!hangs) daemon_.GoOn();
+    const auto begin = std::chrono::steady_clock::now();
+    link_.Stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    if (hangs) break;
+    const BusClient::Heard last{"/org/tarvex", "Last"};
+    EXPECT_TRUE(Until([&] { return !client_->Signals().empty() && client_->Signals().back() == last; }));
+    daemon_.Kill();
+    log_.clear();
+  }
+}
+
 }  // namespace
