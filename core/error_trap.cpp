@@ -43,7 +43,7 @@ constexpr PortFault kPortFaults[] = {
 
 const std::string kCriticalError = "Critical Error: ";
 
-std::string ChannelPrefix(int ch) { return "Channel: " + DisplayNumber(ch); }
+std::string ChannelPrefix(int ch) { return ch == kNoChannel ? "Scan:" : "Channel: " + DisplayNumber(ch); }
 
 std::string NumberAndDescription(const RunTimeError& fault) {
   return std::to_string(fault.Number()) + "  " + fault.Description();
@@ -90,7 +90,7 @@ void TakeDatabaseFault(Engine& engine, int ch, const DatabaseFault& kind, const 
   ShowLamp(engine, ch, Item::Tx, true);
   GoOnAfterFault([&] { engine.terminal.AnswerError(ch); });
   SetLamp(tables, ch, Item::Tx, false);
-  if (IsNewFault(engine, ch, fault)) {
+  if (IsFaultToTell(engine, ch, fault)) {
     const std::string text = ChannelPrefix(ch) + std::string(kind.logText) + NumberAndDescription(fault);
     LogFromTrap(engine, text);
     const bool operatorIsThere = tables.Minimized == False;
@@ -137,22 +137,34 @@ void TakePortFault(Engine& engine, int ch, const PortFault& kind, const RunTimeE
   ForceRepaint(tables);
 }
 
+void TellCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
+  LogChannelFault(engine, ch, fault);
+  Say(engine.tables, engine.notice, Occasion::CriticalError, ch, fault);
+  engine.notice.MessageBox(kScanErrorCaption, kCriticalError + NumberAndDescription(fault) + "\r\n" +
+                                                  "Please Contact Orvane Technical Services...");
+}
+
+/// A stream that could not be taken whole leaves no weight, whatever kind of fault kept it from that.
+void WithdrawUnfinishedStream(Engine& engine, int ch, const RunTimeError& fault) {
+  if (engine.tables.ChanStreamUnfinished[ch] == False) return;
+  engine.tables.ChanStreamUnfinished[ch] = False;
+  SetCaption(engine.tables, ch, kCriticalError + std::to_string(fault.Number()));
+  WithdrawWeights(engine, ch);
+}
+
+/// A fault of the scan that belongs to no channel: nobody's lamps change.
+void TakeFaultOfNoChannel(Engine& engine, const RunTimeError& fault) {
+  if (IsFaultToTell(engine, kNoChannel, fault)) TellCriticalFault(engine, kNoChannel, fault);
+}
+
 /// The Error lamp stays on until a stream of the channel has been taken whole; a database client sends none. A fault
 /// that lasts is told once.
 void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
   Tables& tables = engine.tables;
   if (tables.ChanProtocol[ch] == 0) SetLamp(tables, ch, Item::Error, false);
-  if (tables.ChanStreamUnfinished[ch] == True) {
-    tables.ChanStreamUnfinished[ch] = False;
-    SetCaption(tables, ch, kCriticalError + std::to_string(fault.Number()));
-    WithdrawWeights(engine, ch);
-  }
-  if (!IsNewFault(engine, ch, fault)) return;
+  if (!IsFaultToTell(engine, ch, fault)) return;
   ForceRepaint(tables);
-  LogChannelFault(engine, ch, fault);
-  Say(tables, engine.notice, Occasion::CriticalError, ch, fault);
-  engine.notice.MessageBox(kScanErrorCaption, kCriticalError + NumberAndDescription(fault) + "\r\n" +
-                                                  "Please Contact Orvane Technical Services...");
+  TellCriticalFault(engine, ch, fault);
 }
 
 void SwitchFaultLamps(Tables& tables, int ch) {
@@ -176,6 +188,8 @@ void TakeClosedPort(Tables& tables, int ch) {
 }
 
 void HandleFault(Engine& engine, int ch, const RunTimeError& fault) {
+  if (ch == kNoChannel) return TakeFaultOfNoChannel(engine, fault);
+  WithdrawUnfinishedStream(engine, ch, fault);
   if (fault.Number() == ErrorNumber::SerialPortNotOpen) return TakeClosedPort(engine.tables, ch);
   SwitchFaultLamps(engine.tables, ch);
   if (const DatabaseFault* const kind = KindOf(fault)) return TakeDatabaseFault(engine, ch, *kind, fault);

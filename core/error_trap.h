@@ -14,7 +14,8 @@ inline constexpr std::string_view kScanErrorCaption = "Tarvex Scan System Error"
 /// The one trap of the tick. Switches the lamps of `ch` and goes by the error number: database faults show a
 /// caption and a log line, a port that is invalid or in use disables the channel, anything else is critical and
 /// is logged, spoken and shown in a box, once while it lasts. A channel whose stream could not be taken whole shows
-/// no weight. Never raises: a log that cannot be written is told to the operator.
+/// no weight. With `kNoChannel` the fault is critical and touches no row. Never raises: a log that cannot be written is
+/// told to the operator.
 void HandleFault(Engine& engine, int ch, const RunTimeError& fault);
 
 /// Writes the error log's line of a fault of channel `ch`, by its kind, with `addition` behind it. Never raises.

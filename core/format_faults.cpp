@@ -33,9 +33,10 @@ ClosedChannels ClosedBy(const Tables& tables, int proto) {
   return closed;
 }
 
+std::string NameOf(int proto) { return "Protocol " + std::to_string(proto) + " (" + ProtocolName(proto) + ")"; }
+
 void TellCritical(Engine& engine, int proto, const ClosedChannels& closed, const RunTimeError& fault) {
-  const std::string protocol =
-      "Protocol " + std::to_string(proto) + " (" + ProtocolName(proto) + ") of " + closed.list + ":";
+  const std::string protocol = NameOf(proto) + " of " + closed.list + ":";
   const std::string error = "Critical Error: " + std::to_string(fault.Number()) + "  " + fault.Description();
   LogError(engine, protocol + "  " + error);
   Say(engine.tables, engine.notice, Occasion::CriticalError, closed.first, fault);
@@ -46,7 +47,7 @@ void TellCritical(Engine& engine, int proto, const ClosedChannels& closed, const
 
 void TellFormatFaults(Engine& engine) {
   int unused = 0;
-  std::string firstUnused;
+  std::string firstUnused;  // of those that no enabled channel uses
   for (int proto = 0; proto < engine.tables.ProtoFault.Size(); ++proto) {
     const std::optional<RunTimeError> fault = engine.tables.ProtoFault[proto];
     if (!fault) continue;
@@ -54,11 +55,11 @@ void TellFormatFaults(Engine& engine) {
     if (closed.first != kNoChannel) {
       TellCritical(engine, proto, closed, *fault);
     } else if (unused++ == 0) {
-      firstUnused = fault->Description();
+      firstUnused = NameOf(proto) + ": " + fault->Description();
     }
   }
-  if (unused == 1) LogError(engine, "A format file that no channel uses cannot be used: " + firstUnused);
+  if (unused == 1) LogError(engine, "A format file that no enabled channel uses cannot be used: " + firstUnused);
   if (unused < 2) return;
-  LogError(engine,
-           std::to_string(unused) + " format files that no channel uses cannot be used, the first: " + firstUnused);
+  LogError(engine, std::to_string(unused) +
+                       " format files that no enabled channel uses cannot be used, the first: " + firstUnused);
 }

@@ -66,7 +66,7 @@ void ServeChannel(Engine& engine, int ch) {
 
 int NextChannel(const Tables& tables, int ch) { return ch < tables.MaxChannel ? ch + 1 : 0; }
 
-/// `ch` follows the channel being served, for the trap.
+/// `ch` follows the channel being served, for the trap; `kNoChannel` before the first.
 void ServeChannels(Engine& engine, int& ch) {
   engine.ports.Poll();
   if (engine.tables.ChannelsInitialised == False) {
@@ -98,13 +98,13 @@ std::optional<RunTimeError> FaultOf(const Step& step) {
   }
 }
 
-/// Deals with the fault that has ended the tick on channel `ch`. The next tick begins behind that channel, so that a
-/// fault that comes back in every tick does not keep the others from being visited.
+/// Deals with the fault that has ended the tick on channel `ch`, or before any. The next tick begins behind that
+/// channel, so that a fault that comes back in every tick does not keep the others from being visited.
 void EndTickWithFault(Engine& engine, int ch, const RunTimeError& fault) {
   Tables& tables = engine.tables;
-  tables.NextChannelToServe = NextChannel(tables, ch);
+  if (ch != kNoChannel) tables.NextChannelToServe = NextChannel(tables, ch);
   HandleFault(engine, ch, fault);
-  if (tables.ChanConnected[ch] == False) return;
+  if (ch == kNoChannel || tables.ChanConnected[ch] == False) return;
   // The visit may have ended before the channel was looked at, at each tick anew.
   const auto also = [&](const auto& step) {
     if (const auto further = FaultOf(step)) HandleFault(engine, ch, *further);
@@ -122,7 +122,7 @@ std::optional<RunTimeError> Timer1Tick(Engine& engine) {
   if (tables.Stopped == True) return std::nullopt;
   tables.ScanBusy = True;
   if (tables.Timer1Sleep > 0) engine.system.Sleep(tables.Timer1Sleep);
-  int ch = 0;
+  int ch = kNoChannel;
   const std::optional<RunTimeError> ended = FaultOf([&] {
     CountScanTick(engine);
     ServeChannels(engine, ch);

@@ -90,7 +90,7 @@ std::string Spoken(const Piece& piece, int ch, const RunTimeError& fault) {
     case Piece::Words:
       return std::string(piece.words);
     case Piece::Channel:
-      return DisplayNumber(ch);
+      return ch == kNoChannel ? "unknown" : DisplayNumber(ch);
     case Piece::Number:
       return std::to_string(fault.Number());
     case Piece::Description:

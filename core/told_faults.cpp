@@ -18,10 +18,17 @@ void TellRepeats(Engine& engine, int ch, const ToldFault& told) {
                   ", came back " + std::to_string(told.repeats) + " times");
 }
 
+void CountSecondWithout(Engine& engine, int ch, ToldFaults& faults) {
+  for (ToldFault& told : faults) {
+    if (++told.secondsWithout == kMinute) TellRepeats(engine, ch, told);
+  }
+  std::erase_if(faults, [](const ToldFault& told) { return told.secondsWithout >= kMinute; });
+}
+
 }  // namespace
 
-bool IsNewFault(Engine& engine, int ch, const RunTimeError& fault) {
-  ToldFaults& faults = engine.tables.ChanToldFaults[ch];
+bool IsFaultToTell(Engine& engine, int ch, const RunTimeError& fault) {
+  ToldFaults& faults = ch == kNoChannel ? engine.tables.ScanToldFaults : engine.tables.ChanToldFaults[ch];
   for (ToldFault& told : faults) {
     if (told.number != fault.Number() || told.description != fault.Description()) continue;
     ++told.repeats;
@@ -38,12 +45,9 @@ bool IsNewFault(Engine& engine, int ch, const RunTimeError& fault) {
 }
 
 void CountSecondOfVisits(Engine& engine) {
+  CountSecondWithout(engine, kNoChannel, engine.tables.ScanToldFaults);
   for (int ch = 0; ch <= engine.tables.MaxChannel; ++ch) {
-    ToldFaults& faults = engine.tables.ChanToldFaults[ch];
-    for (ToldFault& told : faults) {
-      if (++told.secondsWithout == kMinute) TellRepeats(engine, ch, told);
-    }
-    std::erase_if(faults, [](const ToldFault& told) { return told.secondsWithout >= kMinute; });
+    CountSecondWithout(engine, ch, engine.tables.ChanToldFaults[ch]);
   }
 }
 

@@ -17,9 +17,10 @@ struct ToldFault {
 
 using ToldFaults = std::vector<ToldFault>;
 
-/// Takes down that `fault` has ended a visit of channel `ch`. True if it is to be told: it is not one that has been
-/// told and still lasts. A fault lasts until the channel has had a minute of visits without it or is opened again.
-bool IsNewFault(Engine& engine, int ch, const RunTimeError& fault);
+/// Takes down that `fault` has ended a visit of channel `ch`, or with `kNoChannel` a tick before any visit. True if it
+/// is to be told: it is not one that has been told and still lasts. A fault lasts until the channel has had a minute of
+/// visits without it or is opened again.
+bool IsFaultToTell(Engine& engine, int ch, const RunTimeError& fault);
 
 /// A second of visits to all channels has passed: faults that have not come back for a minute are over. How often each
 /// came back goes into the error log.

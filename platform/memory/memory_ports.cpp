@@ -35,3 +35,7 @@ SerialPort& MemoryPorts::Port(int ch) {
   if (ch < 0 || ch >= static_cast<int>(port.size())) RaiseSubscriptOutOfRange();
   return port[static_cast<std::size_t>(ch)];
 }
+
+void MemoryPorts::Poll() {
+  if (pollError != 0) throw RunTimeError(pollError, "poll failed");
+}

@@ -43,7 +43,8 @@ class MemoryPort : public SerialPort {
 class MemoryPorts : public SerialPorts {
  public:
   std::array<MemoryPort, 32> port;
+  int pollError = 0;  ///< number raised by each look at all ports, 0 for none
 
   SerialPort& Port(int ch) override;
-  void Poll() override {}
+  void Poll() override;
 };

@@ -137,9 +137,9 @@ TEST(InitialisationTest, WhatIsWrongWithFormatsIsToldOnceAllChannelsAreOpenAndHo
   Timer1Tick(plant.cold);
   const std::string at = "2026-01-02 03:04:05 @ ";
   const std::string protocol = "Protocol 10 (OVCustom Format 1) of channels 1, 3:";
-  EXPECT_EQ(plant.LogText(LogType::Error),
-            at + protocol + "  Critical Error: 13  FILE10\r\n" + at +
-                "2 format files that no channel uses cannot be used, the first: FILE11\r\n");
+  EXPECT_EQ(plant.LogText(LogType::Error), at + protocol + "  Critical Error: 13  FILE10\r\n" + at +
+                                               "2 format files that no enabled channel uses cannot be used, the first: "
+                                               "Protocol 11 (OVCustom Format 2): FILE11\r\n");
   ASSERT_EQ(plant.notice.boxes.size(), 1U);
   EXPECT_EQ(plant.notice.boxes[0].text, protocol +
                                             "\r\nCritical Error: 13  FILE10\r\nPlease Contact Orvane "

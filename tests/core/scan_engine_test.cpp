@@ -50,6 +50,17 @@ TEST(ScanEngineTest, ATickThatComesInsideATickIsNotCountedAndLeavesTheGuardAlone
   EXPECT_EQ(plant.tables.ScanBusy, True);
 }
 
+TEST(ScanEngineTest, AFaultBeforeAnyVisitIsToldOnceAndTouchesNoChannel) {
+  TestPlant plant;
+  plant.Connect(0, 2);
+  plant.ports.pollError = ErrorNumber::Internal;
+  for (int tick = 0; tick < 3; ++tick) plant.Tick();
+  EXPECT_EQ(plant.LogText(LogType::Error), "2026-01-02 03:04:05 @ Scan:  Critical Error: " +
+                                               std::to_string(ErrorNumber::Internal) + "  poll failed\r\n");
+  EXPECT_EQ(plant.notice.boxes.size(), 1U);
+  EXPECT_EQ(plant.tables.ChanIndicator[Item::Error][0], False);
+}
+
 TEST(ScanEngineTest, TheCountReachesTenMillionAndAfterItsWrapTimeOutsFireEarlyRatherThanHang) {
   TestPlant plant;
   plant.Connect(0, 2);
