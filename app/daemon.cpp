@@ -6,6 +6,7 @@
 #include <QSysInfo>
 #include <stdexcept>
 
+#include "app/opc_hooks.h"
 #include "app/setup_calls.h"
 #include "core/error_trap.h"
 #include "core/gdi_timer.h"
@@ -20,6 +21,7 @@ Daemon::Daemon(const std::string& programFolder, const DaemonOptions& options)
       system_(programFolder),
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       notice_(system_, STDERR_FILENO),
+      opc_(OpcHooksOf([this]() -> Engine& { return manager_.Parts(); }, files_)),
       terminals_([this] { return manager_.Store().ProgramFolder; }, [this](const std::string& why) { LogFault(why); }),
       manager_(
           {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},

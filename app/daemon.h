@@ -12,9 +12,9 @@
 #include "app/text_screen/row_printer.h"
 #include "app/text_screen/text_screen.h"
 #include "config/port_addresses.h"
-#include "platform/absent/opc.h"
 #include "platform/curses/curses_terminal.h"
 #include "platform/dbus/bus_adapter.h"
+#include "platform/opcua/opcua_controls.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/posix_serial_ports.h"
 #include "platform/posix/posix_system.h"
@@ -53,7 +53,7 @@ class Daemon {
   PosixSerialPorts ports_;
   QtEventLoop events_;
   LogNotice notice_;
-  AbsentOpc opc_;
+  OpcUaControls opc_;
   VantLibrary terminals_;
   SqliteEngine databases_;
   DaemonStartupForm startupForm_;

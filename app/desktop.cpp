@@ -5,6 +5,7 @@
 #include <iostream>
 #include <utility>
 
+#include "app/opc_hooks.h"
 #include "app/setup_calls.h"
 #include "core/error_trap.h"
 #include "core/fixed_tables.h"
@@ -30,6 +31,7 @@ Desktop::Desktop(const std::string& programFolder, bool summary)
       ports_([this](int number) { return addresses_.AddressOf(number); }),
       speech_([this](const std::string& why) { RunInMessageLoop([this, why] { LogFault(why); }); }),
       notice_(boxes_, speech_),
+      opc_(OpcHooksOf([this]() -> Engine& { return manager_.Parts(); }, files_)),
       terminals_([this] { return manager_.Store().ProgramFolder; }, [this](const std::string& why) { LogFault(why); }),
       manager_(
           {system_, events_, ports_, files_, notice_, opc_, terminals_, databases_, startupForm_, mainForm_, dialogs_},

@@ -8,8 +8,8 @@
 #include "app/run_summary.h"
 #include "config/port_addresses.h"
 #include "config/setup/channel_setup.h"
-#include "platform/absent/opc.h"
 #include "platform/dbus/bus_adapter.h"
+#include "platform/opcua/opcua_controls.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/posix_port_probe.h"
 #include "platform/posix/posix_serial_ports.h"
@@ -51,7 +51,7 @@ class Desktop {
   MessageBoxes boxes_;
   Speech speech_;
   DesktopNotice notice_;
-  AbsentOpc opc_;
+  OpcUaControls opc_;
   VantLibrary terminals_;
   SqliteEngine databases_;
   Dialogs dialogs_;

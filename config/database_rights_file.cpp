@@ -1,11 +1,9 @@
 #include "config/database_rights_file.h"
 
-#include <algorithm>
-#include <exception>
 #include <string>
 #include <string_view>
 
-#include "config/cfg_text.h"
+#include "config/cfg_lines.h"
 #include "core/database_path.h"
 #include "core/tables.h"
 #include "platform/files.h"
@@ -41,17 +39,5 @@ void ReadDatabaseRights(Tables& tables, Files& files) {
   tables.DatabaseRightsSet = True;  // also where the file cannot be read: nobody knows what it forbids
   const std::string content = files.Read(path);
   tables.DatabaseRightsSet = AsBoolean(!Trim(content).empty());
-  std::exception_ptr firstFault;
-  std::string_view rest = content;
-  for (int line = 1; !rest.empty(); ++line) {
-    const std::size_t size = std::min(rest.find('\n'), rest.size() - 1) + 1;
-    CfgReader reader(rest.substr(0, rest.find_first_of("\r\n")), path, line);
-    try {
-      if (!reader.AtEnd()) tables.DatabaseRights.push_back(RightOf(tables, reader));
-    } catch (const RunTimeError&) {
-      if (!firstFault) firstFault = std::current_exception();
-    }
-    rest.remove_prefix(size);
-  }
-  if (firstFault) std::rethrow_exception(firstFault);
+  EachCfgLine(content, path, [&](CfgReader& reader) { tables.DatabaseRights.push_back(RightOf(tables, reader)); });
 }

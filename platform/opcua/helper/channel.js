@@ -1,0 +1,118 @@
+// One channel: its tags, the last value of each item, and what the server made of it.
+import { StatusCodes } from 'node-opcua-client';
+import { numberOf } from './tags.js';
+
+const kWeights = [0, 1, 2];
+const kStatus = 3;
+const kCommandItems = [4, 5, 6];
+const kOffline = 16;  // bit of the status word: the weights are old
+
+export class Channel {
+  seq = 0;             // of the last update
+  wantsRead = false;
+  leaving = false;
+  quality = StatusCodes.Good;
+
+  #send;
+  #items = new Map();  // item number to { value, time, dirty }
+  #tags = null;        // item number to ServerTag, once they have been looked for
+  #told = '';
+  #lastValues = '';
+
+  constructor(number, tagNames, send) {
+    this.number = number;
+    this.tagNames = Object.entries(tagNames).map(([item, name]) => ({ item: Number(item), name }));
+    this.#send = send;
+  }
+
+  get resolved() { return this.#tags !== null; }
+  get dirty() { return this.resolved && [...this.#items].some(([item, state]) => state.dirty && this.#tags.has(item)); }
+
+  /// Values of an update, [item, value, milliseconds]; of each item only the last one counts.
+  take(seq, read, items) {
+    this.seq = seq;
+    this.wantsRead ||= read;
+    for (const [item, value, time] of items) this.#items.set(item, { value, time: new Date(time), dirty: true });
+    this.#judge(StatusCodes.UncertainLastUsableValue);
+  }
+
+  /// The manager has been killed: nobody vouches for the weights any more.
+  loseManager() {
+    const status = this.#items.get(kStatus);
+    this.#items.set(kStatus, { value: (status?.value ?? 0) | kOffline, time: new Date(), dirty: true });
+    this.#judge(StatusCodes.BadNoCommunication);
+  }
+
+  /// The weights carry the quality of what the status word says, also those that have not changed.
+  #judge(whenOffline) {
+    const status = this.#items.get(kStatus);
+    const quality = status && status.value & kOffline ? whenOffline : StatusCodes.Good;
+    if (quality === this.quality) return;
+    this.quality = quality;
+    for (const item of [...kWeights, kStatus]) if (this.#items.has(item)) this.#items.get(item).dirty = true;
+  }
+
+  takeTags(found, missing) {
+    this.#tags = found;
+    const count = this.tagNames.length;
+    const text = `${found.size} of ${count} tags found`;
+    this.tell(`Connected, ${missing.length === 0 ? text : `${text}, missing ${missing.join(', ')}`}`, true);
+  }
+
+  /// The server is away: what it holds is not known, and the weights are written again when it is back.
+  lose(reason) {
+    this.#tags = null;
+    this.#lastValues = '';
+    for (const [item, state] of this.#items) if (item <= kStatus) state.dirty = true;
+    this.tell(reason, false);
+  }
+
+  /// What the state has become, once.
+  tell(status, connected) {
+    if (status === this.#told) return;
+    this.#told = status;
+    this.#send({ ch: this.number, status, connected });
+  }
+
+  /// What is to be written: tag, value, and how the server is told it. Taken is taken; `putBack` is for what failed.
+  takeWrites() {
+    const writes = [];
+    for (const [item, state] of this.#items) {
+      const tag = this.#tags?.get(item);
+      if (!state.dirty || !tag) continue;
+      state.dirty = false;
+      const quality = item <= kStatus ? this.quality : StatusCodes.Good;
+      writes.push({ channel: this, item, tag, state, quality });
+    }
+    return writes;
+  }
+
+  putBack({ item, state }) {
+    if (this.#items.get(item) === state) state.dirty = true;
+  }
+
+  /// The answer of the server to one item; a refusal is told once until it takes the item again.
+  takeAnswer({ item, tag }, refusal) {
+    if (refusal && refusal !== tag.refusal) {
+      const more = item === kCommandItems[0] ? '; no further commands are taken from it' : '';
+      this.#send({ ch: this.number, log: `${tag.name} refused: ${refusal}${more}` });
+    }
+    tag.refusal = refusal;
+  }
+
+  commandTags() {
+    return kCommandItems.map((item) => this.#tags?.get(item) ?? null);
+  }
+
+  /// Command items as the server holds them behind update `seq`; `values` are null where it has none.
+  takeCommandValues(seq, values) {
+    // A command that cannot be taken back would come back for ever.
+    const usable = !this.#tags?.get(kCommandItems[0])?.refusal;
+    const message = [this.number, seq, ...values.map((value) => (usable ? numberOf(value) : null))];
+    const text = JSON.stringify(message);
+    if (text === this.#lastValues) return;
+    this.#lastValues = text;
+    this.#send({ values: message });
+  }
+}
+
