@@ -1,6 +1,7 @@
 #include "platform/opcua/opcua_helper.h"
 
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <utility>
 
@@ -88,11 +89,12 @@ void OpcUaHelper::TakeLine(const QByteArray& line) {
 }
 
 void OpcUaHelper::ReadErrors() {
-  const QByteArray text = process_.readAllStandardError();
-  const qsizetype at = text.indexOf("Error");
-  if (!lastError_.empty() || at < 0) return;
-  const qsizetype begin = text.lastIndexOf('\n', at) + 1;
-  lastError_ = text.mid(begin, 200).split('\n').first().trimmed().toStdString();
+  for (const QByteArray& line : process_.readAllStandardError().split('\n')) {
+    const qsizetype at = line.indexOf("Error");
+    const bool beginsWithIt =
+        at >= 0 && std::all_of(line.begin(), line.begin() + at, [](char c) { return std::isalpha(c); });
+    if (lastError_.empty() && beginsWithIt) lastError_ = line.left(200).trimmed().toStdString();
+  }
 }
 
 /// Once a second.

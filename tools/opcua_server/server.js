@@ -5,6 +5,11 @@ import { createRequire } from 'node:module';
 import { createInterface } from 'node:readline';
 import { parseArgs } from 'node:util';
 
+console.log = console.error;  // what libraries print is no answer
+function print(line) {
+  process.stdout.write(`${line}\n`);
+}
+
 const modules = createRequire(new URL('../../platform/opcua/helper/', import.meta.url));
 const { OPCUACertificateManager } = modules('node-opcua-certificate-manager');
 const { DataType, MessageSecurityMode, SecurityPolicy, StatusCodes, Variant } = modules('node-opcua-client');
@@ -55,7 +60,7 @@ for (let number = 1; number <= Number(options.scales); ++number) {
     });
     node.setValueFromSource(new Variant({ dataType, value: dataType === DataType.String ? '' : 0 }), StatusCodes.UncertainInitialValue);
     if (options.print) {
-      node.on('value_changed', (data) => console.log(`${name} = ${data.value.value}${data.statusCode.isGood() ? '' : `  (${data.statusCode.name})`}`));
+      node.on('value_changed', (data) => print(`${name} = ${data.value.value}${data.statusCode.isGood() ? '' : `  (${data.statusCode.name})`}`));
     }
     tags.set(name, { node, dataType });
   }
@@ -71,7 +76,7 @@ server.engine.on('session_closed', (session, deleteSubscriptions, reason) => {
 });
 
 await server.start();
-console.log(`ready ${server.getEndpointUrl()}`);
+print(`ready ${server.getEndpointUrl()}`);
 
 const lines = createInterface({ input: process.stdin });
 lines.on('line', (line) => {
@@ -84,7 +89,7 @@ lines.on('line', (line) => {
   const { node, dataType } = tags.get(name);
   if (word === 'set') node.setValueFromSource(new Variant({ dataType, value: dataType === DataType.String ? value : Number(value) }));
   const data = node.readValue();
-  console.log(JSON.stringify({ tag: name, value: data.value.value, status: data.statusCode.name, time: data.sourceTimestamp?.getTime() ?? 0 }));
+  print(JSON.stringify({ tag: name, value: data.value.value, status: data.statusCode.name, time: data.sourceTimestamp?.getTime() ?? 0 }));
 });
 lines.on('close', async () => {
   await server.shutdown(100);

@@ -16,6 +16,7 @@ export class Channel {
   #send;
   #items = new Map();  // item number to { value, time, dirty }
   #tags = null;        // item number to ServerTag, once they have been looked for
+  #refusals = new Map();  // item number to what stood in the way of its last value
   #told = '';
   #lastValues = '';
 
@@ -59,11 +60,12 @@ export class Channel {
     this.tell(`Connected, ${missing.length === 0 ? text : `${text}, missing ${missing.join(', ')}`}`, true);
   }
 
-  /// The server is away: what it holds is not known, and the weights are written again when it is back.
+  /// The server is away: what it holds is not known, and the weights are written again when it is back,
+  /// and what it refused is tried again.
   lose(reason) {
     this.#tags = null;
     this.#lastValues = '';
-    for (const [item, state] of this.#items) if (item <= kStatus) state.dirty = true;
+    for (const [item, state] of this.#items) if (item <= kStatus || this.#refusals.has(item)) state.dirty = true;
     this.tell(reason, false);
   }
 
@@ -93,11 +95,12 @@ export class Channel {
 
   /// The answer of the server to one item; a refusal is told once until it takes the item again.
   takeAnswer({ item, tag }, refusal) {
-    if (refusal && refusal !== tag.refusal) {
+    if (refusal && refusal !== this.#refusals.get(item)) {
       const more = item === kCommandItems[0] ? '; no further commands are taken from it' : '';
       this.#send({ ch: this.number, log: `${tag.name} refused: ${refusal}${more}` });
     }
-    tag.refusal = refusal;
+    if (refusal) this.#refusals.set(item, refusal);
+    else this.#refusals.delete(item);
   }
 
   commandTags() {
@@ -107,7 +110,7 @@ export class Channel {
   /// Command items as the server holds them behind update `seq`; `values` are null where it has none.
   takeCommandValues(seq, values) {
     // A command that cannot be taken back would come back for ever.
-    const usable = !this.#tags?.get(kCommandItems[0])?.refusal;
+    const usable = !this.#refusals.has(kCommandItems[0]);
     const message = [this.number, seq, ...values.map((value) => (usable ? numberOf(value) : null))];
     const text = JSON.stringify(message);
     if (text === this.#lastValues) return;

@@ -1,5 +1,5 @@
 // From a tag's name to the server's node, and from the manager's number to the type that the node has.
-import { AttributeIds, DataType, VariantArrayType } from 'node-opcua-client';
+import { AttributeIds, DataType, Variant, VariantArrayType } from 'node-opcua-client';
 import { NodeId, NodeIdType, coerceNodeId } from 'node-opcua-nodeid';
 
 const kNodeIdSyntax = /^(ns=\d+;)?[isgb]=/;
@@ -17,7 +17,6 @@ const kRanges = new Map([
 ]);
 
 export class ServerTag {
-  refusal = '';
   plain = false;  // the server takes values alone, without quality and time
 
   constructor(name, nodeId, dataType) {
@@ -70,11 +69,12 @@ function builtInType(type, value) {
 
 /// The value as the node wants it, or what stands in the way.
 export function variantFor(dataType, value) {
-  if (dataType === DataType.String) return { variant: { dataType, value: String(value ?? '') } };
+  const scalar = (typed) => ({ variant: new Variant({ dataType, arrayType: VariantArrayType.Scalar, value: typed }) });
+  if (dataType === DataType.String) return scalar(String(value ?? ''));
   const number = Number(value);
   if (!Number.isFinite(number)) return { refusal: `"${value}" is no number` };
-  if (dataType === DataType.Boolean) return { variant: { dataType, value: number !== 0 } };
-  if (dataType === DataType.Double || dataType === DataType.Float) return { variant: { dataType, value: number } };
+  if (dataType === DataType.Boolean) return scalar(number !== 0);
+  if (dataType === DataType.Double || dataType === DataType.Float) return scalar(number);
   const range = kRanges.get(dataType);
   if (!range) return { refusal: `the node holds ${DataType[dataType] ?? dataType}, which is no number` };
   const whole = Math.sign(number) * Math.round(Math.abs(number));
@@ -82,9 +82,9 @@ export function variantFor(dataType, value) {
     return { refusal: `${number} is beyond ${DataType[dataType]}, ${range[0]} to ${range[1]}` };
   }
   if (dataType === DataType.Int64 || dataType === DataType.UInt64) {  // two halves, each without a sign
-    return { variant: { dataType, value: [Math.floor(whole / 4294967296) >>> 0, whole >>> 0] } };
+    return scalar([Math.floor(whole / 4294967296) >>> 0, whole >>> 0]);
   }
-  return { variant: { dataType, value: whole } };
+  return scalar(whole);
 }
 
 /// A number or a text of the server; null for none and for what is neither.
