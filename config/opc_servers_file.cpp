@@ -28,7 +28,7 @@ std::string Word(CfgReader& reader, std::string_view name, std::initializer_list
 
 std::string Password(const Tables& tables, Files& files, const std::string& name) {
   const std::string path = (std::filesystem::path(tables.ProgramFolder) / name).lexically_normal().string();
-  std::string password = files.Read(path);
+  std::string password = name.empty() ? "" : files.Read(path);
   password.resize(std::min(password.find_first_of("\r\n"), password.size()));
   if (password.empty()) throw RunTimeError(ErrorNumber::FileNotFound, "Password file missing or empty: " + path);
   return password;
@@ -45,8 +45,8 @@ OpcServer ServerOf(const Tables& tables, Files& files, CfgReader& reader) {
   if ((server.mode == "None") != (server.policy == "None")) {
     reader.Refuse(ErrorNumber::TypeMismatch, "security policy", "mode and policy are both None, or neither is");
   }
-  server.user = reader.Text("user");
-  const std::string passwordFile(Trim(reader.Text("password file")));
+  if (!reader.AtEnd()) server.user = reader.Text("user");
+  const std::string passwordFile(reader.AtEnd() ? "" : Trim(reader.Text("password file")));
   if (!server.user.empty()) server.password = Password(tables, files, passwordFile);
   return server;
 }

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "config/channel_file.h"
+#include "config/opc_servers_file.h"
 #include "core/fixed_tables.h"
 #include "core/setting_limits.h"
 #include "tools/setup/verbs.h"
@@ -68,6 +69,7 @@ int Check(const std::string& folder, const Words& given) {
     const bool read = Reads(ofChannel, file, [&] { settings.ReadChannel(ch); });
     if (!wanted) continue;
     if (read) Append(ofChannel, CheckChannel(tables, ch, ports.probe));
+    if (read && tables.ChanOpcEnabled[ch] == True) Reads(ofChannel, file, [&] { settings.ReadOpcServerOf(ch); });
     Append(findings, ofChannel);
     const std::int32_t proto = tables.ChanProtocol[ch];
     if (read && tables.ChanEnabled[ch] == True && proto >= 0 && proto <= kLastProtocol) used[proto] = True;

@@ -16,7 +16,8 @@ struct Verb {
   int (*run)(const std::string& folder, const Words& words);
 };
 
-constexpr Verb kVerbs[] = {{"show", Show}, {"set", Set}, {"check", Check}, {"listen", Listen}, {"try", Try}};
+constexpr Verb kVerbs[] = {{"show", Show},     {"set", Set}, {"check", Check},
+                           {"listen", Listen}, {"try", Try}, {"opc", Opc}};
 
 constexpr const char* kHelp =
     R"(usage: tarvex-setup [--home FOLDER] VERB ...
@@ -30,6 +31,11 @@ constexpr const char* kHelp =
          --seconds N            ... for so long, else until Ctrl-C
          --try-settings         tries all line settings, and says which fit
   try PROTOCOL CAPTURE          shows what a protocol makes of each stream
+  opc                           lists the certificates of OPC servers, with
+                                their SHA-1 fingerprints
+  opc trust NAME                takes a refused one, after you have compared
+                                it; NAME is any part of its name
+  opc refuse NAME               and the way back
 
 TARGET is a channel, 1 to 32, or "protocol N", 0 to 41, or "all".
 NAME is a name that show prints, in any case of letters, blanks left out or
@@ -41,7 +47,7 @@ PORT is COM1 to COM68, a device or tcp://host:port. PROTOCOL is a number, a
 name or a format file.
 
 The folder is $TARVEX_HOME, else that of the user. Nothing is changed in it
-but by set. No port is opened but by listen.
+but by set and opc. No port is opened but by listen.
 
 Exit status: 0 done, 1 check has found something, or a manager could not be
 reached, 2 nothing was done.

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "config/channel_file.h"
+#include "config/opc_servers_file.h"
 #include "core/fixed_tables.h"
 
 namespace {
@@ -52,6 +53,10 @@ void SettingsFolder::ReadChannel(int ch) { configuration_.CfgProc(CfgAction::Rea
 void SettingsFolder::ReadProtocol(int proto) {
   configuration_.CfgProc(CfgAction::ReadFormatFile, proto);
   if (const auto& fault = tables_->ProtoFault[proto]) throw RunTimeError(*fault);
+}
+
+void SettingsFolder::ReadOpcServerOf(int ch) {
+  ReadOpcServer(*tables_, files_, tables_->ChanOpcServerName[ch], tables_->ChanOpcNodeName[ch]);
 }
 
 /// A damaged format can be mended, and its channel switched off: it is told, and what could be read is shown.

@@ -42,6 +42,8 @@ class SettingsFolder {
   /// Reads without filling the screen. Raises what the files raise.
   void ReadChannel(int ch);
   void ReadProtocol(int proto);
+  /// Looks up the OPC server of channel `ch` and its password. Raises what the files raise.
+  void ReadOpcServerOf(int ch);
   void ReadDatabaseRights() { configuration_.ReadDatabaseRights(); }
 
   /// Takes the screen's fields and puts the files that changed in place, all of them or none.

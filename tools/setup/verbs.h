@@ -15,6 +15,7 @@ int Set(const std::string& folder, const Words& words);
 int Check(const std::string& folder, const Words& words);
 int Listen(const std::string& folder, const Words& words);
 int Try(const std::string& folder, const Words& words);
+int Opc(const std::string& folder, const Words& words);
 
 /// What a verb is about: a channel (0 to 31), a protocol (0 to 41), or everything.
 struct Target {

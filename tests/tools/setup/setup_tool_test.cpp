@@ -105,4 +105,23 @@ TEST(LineFramesTest, FramesEndWhereDevicesEndThem) {
   EXPECT_LT(CleannessOf({"\xE0\x80\xFF", "\xE0", "\x80\x80\x9F\x10\x10"}).Score(), 0.2);
 }
 
+TEST_F(SetupToolTest, AnOpcServerIsTrustedByAPartOfItsNameThatMeansItAlone) {
+  const std::string certificates = folder + "/Tarvex-OPC";
+  EXPECT_TRUE(Holds(Run(Opc, {}), "Refused servers: none\nTrusted servers: none"));
+  std::filesystem::create_directories(certificates + "/rejected");
+  for (const char* name : {"Plant[aa11].pem", "Plant[aa22].pem"})
+    std::ofstream(certificates + "/rejected/" + name) << 1;
+  EXPECT_TRUE(Holds(Run(Opc, {"trust", "aa"}), "fault: several"));
+  EXPECT_TRUE(Holds(Run(Opc, {"trust", "bb"}), "fault: no certificate"));
+  EXPECT_EQ(Run(Opc, {"trust", "aa2"}), "Trusted from now on: Plant[aa22]\n");
+  EXPECT_TRUE(Holds(Run(Opc, {}), "Refused servers:\n  Plant[aa11]\nTrusted servers:\n  Plant[aa22]\n"));
+  Run(Opc, {"refuse", "aa2"});
+  EXPECT_TRUE(std::filesystem::exists(certificates + "/rejected/Plant[aa22].pem"));
+  EXPECT_TRUE(Holds(Run(Opc, {"trust"}), "fault: opc takes"));
+
+  Run(Set, {"2", "Server Name=plant", "OPC Interface=yes"});
+  std::ofstream(folder + "/Tarvex-OPC.Cfg") << "plant,opc.tcp://x:1,None,None,user,no such file\n";
+  EXPECT_TRUE(Holds(Run(Check, {}), "Tarvex-SCALE2.Cfg, the file: Password file missing or empty")) << Run(Check, {});
+}
+
 }  // namespace
