@@ -15,7 +15,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <optional>
 #include <stdexcept>
 #include <vector>
@@ -26,27 +25,12 @@
 
 namespace {
 
-constexpr int kStreamsASecond = 20 * PtyPlant::kScales;
+constexpr int kStreamsASecond = PtyPlant::kNumberedStreamsASecond;
 constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr int kWarmUp = kStreamsASecond;  // streams of the first second, not measured
 constexpr double kMostWithInjury = 1.2;   // of the p99 without
-constexpr int kMostStreams = 1'000'000;   // six digits
 
-/// When each stream was sent, by its weight; shared by the process that sends and the one that listens.
-using SendTimes = std::array<std::int64_t, kMostStreams>;
-
-/// The scales before `first` send nothing.
-[[noreturn]] void SendStreams(const PtyPlant& plant, SendTimes& sent, int streams, int first) {
-  std::int64_t due = Now();
-  for (int stream = 0; stream < streams; ++stream) {
-    const timespec at{due / kSecond, due % kSecond};
-    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &at, nullptr);
-    sent[static_cast<std::size_t>(stream)] = Now();
-    if (stream % PtyPlant::kScales >= first) plant.Send(stream % PtyPlant::kScales, stream);
-    due += kSecond / kStreamsASecond;
-  }
-  for (;;) pause();
-}
+using SendTimes = PtyPlant::SendTimes;  // shared by the process that sends and the one that listens
 
 class Listener {
  public:
@@ -140,7 +124,7 @@ Result Measure(const Case& setting, PtyPlant::Injury injury, int seconds, SendTi
   const double idle = Percent(manager.CpuTime() - cpu, Now() - begin);
 
   const int streams = kWarmUp + seconds * kStreamsASecond;
-  const Child scales([&] { SendStreams(plant, sent, streams, firstThatSends); });
+  const Child scales([&] { plant.SendNumbered(sent, streams, firstThatSends); });
   std::optional<Child> injuredScale;
   if (injured) injuredScale.emplace([&] { plant.SendOfInjured(injury); });
   listener.ListenUntil(Now() + kSecond);

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <stdexcept>
 
@@ -33,7 +34,7 @@ int OpenScale() {
 
 /// The settings files, written by the code that writes them in the program.
 std::map<std::string, std::string> SettingsFiles(const std::string& folder, int timer1Interval, int timer1Sleep,
-                                                 PtyPlant::Injury injury) {
+                                                 PtyPlant::Injury injury, const std::string& opcEndpoint) {
   TestPlant plant;
   Tables& tables = plant.tables;
   tables.ProgramFolder = folder;
@@ -55,6 +56,8 @@ std::map<std::string, std::string> SettingsFiles(const std::string& folder, int 
     tables.ChanProtocol[ch] = faulty ? kFaultyProtocol : kProtocol;
     tables.ChanPort[ch] = ch;
     tables.ChanEnabled[ch] = True;
+    tables.ChanOpcEnabled[ch] = opcEndpoint.empty() ? False : True;
+    tables.ChanOpcServerName[ch] = opcEndpoint;
     WriteChannelFile(tables, plant.files, ch);
   }
   return plant.files.content;
@@ -62,11 +65,11 @@ std::map<std::string, std::string> SettingsFiles(const std::string& folder, int 
 
 }  // namespace
 
-PtyPlant::PtyPlant(int timer1Interval, int timer1Sleep, Injury injury) {
+PtyPlant::PtyPlant(int timer1Interval, int timer1Sleep, Injury injury, const std::string& opcEndpoint) {
   std::string pattern = std::filesystem::temp_directory_path() / "tarvex-plant-XXXXXX";
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
   folder_ = pattern;
-  for (const auto& [path, content] : SettingsFiles(folder_, timer1Interval, timer1Sleep, injury)) {
+  for (const auto& [path, content] : SettingsFiles(folder_, timer1Interval, timer1Sleep, injury, opcEndpoint)) {
     std::ofstream(path) << content;
   }
   std::ofstream ports(folder_ / "Tarvex-Ports.Cfg");
@@ -97,6 +100,19 @@ void PtyPlant::SendOfAll(int streamsASecond) const {
     due += kSecond / (streamsASecond * kScales);
     if (const std::int64_t rest = due - Now(); rest > 0) usleep(static_cast<useconds_t>(rest / 1000));
   }
+}
+
+void PtyPlant::SendNumbered(SendTimes& sent, int streams, int firstScale) const {
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  std::int64_t due = Now();
+  for (int stream = 0; stream < streams; ++stream) {
+    const timespec at{due / kSecond, due % kSecond};
+    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &at, nullptr);
+    sent[static_cast<std::size_t>(stream)] = Now();
+    if (stream % kScales >= firstScale) Send(stream % kScales, stream);
+    due += kSecond / kNumberedStreamsASecond;
+  }
+  for (;;) pause();
 }
 
 void PtyPlant::SendOfInjured(Injury injury) const {

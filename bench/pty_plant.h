@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -18,8 +19,9 @@ class PtyPlant {
     Babbles,  ///< it sends without pause and never ends a stream
   };
 
-  /// Interval and sleep in milliseconds, as the system file has them.
-  PtyPlant(int timer1Interval, int timer1Sleep, Injury injury = Injury::None);
+  /// Interval and sleep in milliseconds, as the system file has them. All channels are on the OPC server at
+  /// `opcEndpoint` if there is one.
+  PtyPlant(int timer1Interval, int timer1Sleep, Injury injury = Injury::None, const std::string& opcEndpoint = {});
   ~PtyPlant();
   PtyPlant(const PtyPlant&) = delete;
   PtyPlant& operator=(const PtyPlant&) = delete;
@@ -29,6 +31,12 @@ class PtyPlant {
   void Send(int scale, int weight) const;
   /// Has each scale send so many streams a second, each with another weight, for good.
   [[noreturn]] void SendOfAll(int streamsASecond) const;
+  /// When each stream was sent, by its weight: monotonic time in nanoseconds.
+  using SendTimes = std::array<std::int64_t, 1'000'000>;
+  static constexpr int kNumberedStreamsASecond = 20 * kScales;
+  /// Has the scales from `firstScale` on send 20 streams a second each, `streams` of all scales together, whose weights
+  /// are their numbers; then sends nothing, for good.
+  [[noreturn]] void SendNumbered(SendTimes& sent, int streams, int firstScale = 0) const;
   /// What the injured scale does, for good: a thousand streams, or 64,000 characters a second, 16 times what the
   /// fastest line carries.
   [[noreturn]] void SendOfInjured(Injury injury) const;

@@ -58,6 +58,11 @@ nlohmann::json OpcServerProcess::Ask(const std::string& line) {
   return nlohmann::json::parse(process_.readLine().toStdString());
 }
 
+std::string OpcServerProcess::NextLine(int milliseconds) {
+  if (!process_.canReadLine()) process_.waitForReadyRead(milliseconds);
+  return process_.readLine().trimmed().toStdString();
+}
+
 nlohmann::json OpcServerProcess::Get(const std::string& tag) { return Ask("get " + tag); }
 
 void OpcServerProcess::Set(const std::string& tag, const std::string& value) { Ask("set " + tag + " " + value); }

@@ -25,6 +25,9 @@ class OpcServerProcess {
   void Set(const std::string& tag, const std::string& value);
   /// True when the tag comes to hold `value` with `status`.
   bool Holds(const std::string& tag, const nlohmann::json& value, const std::string& status = "Good");
+  /// The next line that it prints by itself, without its end; empty if there was none for `milliseconds`.
+  std::string NextLine(int milliseconds);
+  qint64 ProcessNumber() const { return process_.processId(); }
 
  private:
   nlohmann::json Ask(const std::string& line);
