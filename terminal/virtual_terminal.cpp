@@ -54,7 +54,7 @@ void VirtualTerminal::KeyDown(int keyCode) {
 }
 
 void VirtualTerminal::SendKey(std::int16_t key) {
-  if (Node() == 0) return;
+  if (Node() == 0 || ended_) return;
   Tables& tables = engine_.tables;
   tables.VantStatus = library_.VantSendKeystroke(Node(), keyMode_, key);
   if (tables.VantStatus != VantStatusCode::Success) TellOfFailure();
@@ -66,6 +66,7 @@ void VirtualTerminal::TellOfFailure() {
   tables.VantErrorChoice = engine_.notice.AbortRetryIgnore(
       meaning.title, "Error Code= " + std::string(meaning.name) + "\r\n" + meaning.body);
   if (tables.VantErrorChoice != kAbort) return;
+  ended_ = true;
   tables.VantStatus = library_.VantCloseProcess();
   CloseLinks(engine_);
   TaskCtrl(engine_, kEndTask);

@@ -55,4 +55,5 @@ class VirtualTerminal {
   VantAPI32& library_;
   std::string node_;          ///< "1" to "6", empty before one was chosen
   std::int16_t keyMode_ = 0;  ///< 1 from the first Backspace on, until the program ends
+  bool ended_ = false;        ///< the operator has had enough: the rest of the key goes nowhere
 };

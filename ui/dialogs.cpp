@@ -52,8 +52,7 @@ void Dialogs::Close() {
 
 void Dialogs::Unload() {
   Close();
-  if (vantor_) virtualTerminal_->Unload();
-  vantor_.reset();
+  if (vantor_) virtualTerminal_->Unload();  // the window stays: one of its keys may have led here
 }
 
 void Dialogs::ShowDetail(int element, std::string_view text) {

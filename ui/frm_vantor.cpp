@@ -56,7 +56,8 @@ class KeyTarget : public QFrame {
     const auto& key = static_cast<QKeyEvent&>(*event);  // Tab too, which would move the focus otherwise
     terminal_.KeyDown(KeyCodeOf(key));
     const std::string characters = ToBytes(key.text());
-    if (characters.size() == 1) terminal_.KeyPress(static_cast<std::uint8_t>(characters.front()));
+    const bool isCharacter = characters.size() == 1 && key.key() != Qt::Key_Delete;
+    if (isCharacter) terminal_.KeyPress(static_cast<std::uint8_t>(characters.front()));
     return true;
   }
 

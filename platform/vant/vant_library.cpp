@@ -65,6 +65,11 @@ class VantLibrary::Worker {
     std::swap(call_, call);
     return true;
   }
+  /// The library counts this process as registered, and no call is under way that could change that.
+  bool Registered() {
+    const std::lock_guard lock(guard_);
+    return registered_ && !busy_;
+  }
   void Leave() {
     const std::lock_guard lock(guard_);
     leaving_ = true;
@@ -81,6 +86,9 @@ class VantLibrary::Worker {
       const std::int16_t status = Run(library_, call_);  // nobody else touches it while `busy_`
       lock.lock();
       call_.status = status;
+      const bool registers = call_.operation == Call::Operation::Register;
+      if (registers && status == VantStatusCode::Success) registered_ = true;
+      if (call_.operation == Call::Operation::Close) registered_ = false;
       busy_ = false;
       ended_.notify_one();
     }
@@ -92,6 +100,7 @@ class VantLibrary::Worker {
   Call call_;
   bool busy_ = false;
   bool leaving_ = false;
+  bool registered_ = false;
 };
 
 VantLibrary::VantLibrary(std::function<std::string()> programFolder, Report report)
@@ -116,11 +125,18 @@ std::int16_t VantLibrary::VantRegisterProcess(std::int16_t node) {
     }
     worker_ = Worker::Make(entries);
   }
+  if (!callerRegistered_ && worker_->Registered()) {
+    callerRegistered_ = true;  // a second registration would be refused for good
+    return VantStatusCode::Success;
+  }
   Call call{.operation = Call::Operation::Register, .numbers = {node}};
-  return worker_->Do(call) ? call.status : VantStatusCode::BadConnect;
+  if (!worker_->Do(call)) return VantStatusCode::BadConnect;
+  if (call.status == VantStatusCode::Success) callerRegistered_ = true;
+  return call.status;
 }
 
 std::int16_t VantLibrary::VantCloseProcess() {
+  callerRegistered_ = false;
   Call call;
   if (!worker_) return VantStatusCode::InvalidProcess;
   return worker_->Do(call) ? call.status : VantStatusCode::BadConnect;

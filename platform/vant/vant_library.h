@@ -20,6 +20,7 @@ class VantLibrary : public VantAPI32 {
   /// Does not wait for a call that has not come back.
   ~VantLibrary() override;
 
+  /// Answers success without a call if the library registered too late for its caller, or could not be closed.
   std::int16_t VantRegisterProcess(std::int16_t node) override;
   std::int16_t VantCloseProcess() override;
   std::int16_t VantRead(const std::string& path, std::int16_t length, std::string& record) override;
@@ -34,5 +35,6 @@ class VantLibrary : public VantAPI32 {
   std::function<std::string()> programFolder_;
   Report report_;
   std::string told_;
+  bool callerRegistered_ = false;   ///< what the caller was told last
   std::shared_ptr<Worker> worker_;  ///< null until the library is bound
 };

@@ -5,9 +5,19 @@
 #include <cstdint>
 #include <cstring>
 
+static bool registered = false;
+
 extern "C" {
-std::int16_t VantRegisterProcess(std::int16_t node) { return node == 125 ? 0 : -1; }
-std::int16_t VantCloseProcess() { return 0; }
+std::int16_t VantRegisterProcess(std::int16_t node) {
+  usleep(node == 126 ? 100'000 : 0);
+  if (registered) return -1;
+  registered = true;
+  return 0;
+}
+std::int16_t VantCloseProcess() {
+  registered = false;
+  return 0;
+}
 std::int16_t VantRead(const char* path, std::int16_t length, char* buffer, std::int16_t* count) {
   if (std::strcmp(path, "/refused") == 0) return 65;
   if (std::strcmp(path, "/slow") == 0) usleep(300'000);
