@@ -51,6 +51,8 @@ TEST(VirtualTerminalTest, AbortEndsTheProgramWithEveryWeightMarkedOld) {
     EXPECT_EQ(plant.tables.Stopped, stopped) << choice;
   }
   EXPECT_EQ(plant.tables.VantErrorChoice, 3);
+  terminal.KeyPress(27);
+  EXPECT_EQ(plant.notice.boxes.size(), 3U) << "the rest of the key goes nowhere";
   EXPECT_NE(plant.tables.ChanStatusBits[0] & StatusBit::Offline, 0);
 }
 
