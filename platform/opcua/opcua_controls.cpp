@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <chrono>
+#include <filesystem>
 #include <utility>
 
 namespace {
@@ -12,7 +13,10 @@ constexpr std::chrono::milliseconds kRetryHandOver{50};
 
 std::string HelperFolder() {
   const QByteArray named = qgetenv("TARVEX_OPCUA");
-  return named.isEmpty() ? QCoreApplication::applicationDirPath().toStdString() + "/opcua" : named.toStdString();
+  if (!named.isEmpty()) return named.toStdString();
+  const std::string programs = QCoreApplication::applicationDirPath().toStdString();
+  const std::string built = programs + "/opcua";
+  return std::filesystem::is_directory(built) ? built : programs + "/../share/tarvex/opcua";
 }
 
 OpcValue ToOpcValue(const json& value) {

@@ -39,8 +39,8 @@ class OpcUaControls : public OpcControls, private OpcUaLink {
   };
 
   explicit OpcUaControls(Hooks hooks);
-  /// As the other one, with the helper in `helperFolder` instead of the one beside the program or that TARVEX_OPCUA
-  /// names.
+  /// As the other one, with the helper in `helperFolder` instead of the one that TARVEX_OPCUA names, or that was
+  /// built or installed with the program.
   OpcUaControls(Hooks hooks, const std::string& helperFolder);
 
   OpcControl& Control(int ch) override { return controls_[ch]; }
