@@ -6,6 +6,7 @@ import { OPCUACertificateManager } from 'node-opcua-certificate-manager';
 
 const kApplicationUri = `urn:${hostname()}:Tarvex`;
 let manager = null;
+let refused = false;  // somebody may trust the server meanwhile
 
 export const Certificates = {
   applicationUri: kApplicationUri,
@@ -15,6 +16,8 @@ export const Certificates = {
     mkdirSync(folder, { recursive: true, mode: 0o700 });
     manager ??= new OPCUACertificateManager({ rootFolder: folder, automaticallyAcceptUnknownCertificate: false });
     await manager.initialize();
+    if (refused) await manager.reloadCertificates();  // a file that is moved quickly escapes the watch over the folders
+    refused = false;
     chmodSync(manager.privateKey, 0o600);
     const certificateFile = join(folder, 'own', 'certs', 'tarvex.pem');
     if (!existsSync(certificateFile)) {
@@ -34,6 +37,7 @@ export const Certificates = {
   explain(fault, folder) {
     const text = fault.message;
     if (/BadCertificateUntrusted|certificate.*(not trusted|untrusted)/i.test(text)) {
+      refused = true;
       return 'Refused: certificate of the server not trusted; "tarvex-setup opc" shows it and takes it';
     }
     if (/BadSecurityChecksFailed/i.test(text)) {
