@@ -53,6 +53,7 @@ int Desktop::Run(std::string_view commandLine) {
   if (!Main(engine, commandLine)) return 1;
   const Termination termination([this, &engine] {
     if (std::exchange(printSummary_, false)) std::cout << summary_.Text(engine.tables) << std::endl;
+    endedBySignal_ = true;
     CloseTXMWindow(engine);
     TaskCtrl(engine, kEndTask);
   });
@@ -110,6 +111,7 @@ void Desktop::End() {
   dialogs_.Unload();
   setupForm_.Hide();
   mainForm_.Unload();
+  if (!endedBySignal_) boxes_.ShowLast();
   QCoreApplication::quit();
 }
 

@@ -18,6 +18,7 @@
 #include "platform/sqlite/sqlite_engine.h"
 #include "platform/vant/vant_library.h"
 #include "ui/dialogs.h"
+#include "ui/double_click_guard.h"
 #include "ui/frm_tarvex_startup.h"
 #include "ui/frm_tarvex_std_setup.h"
 #include "ui/frm_txm.h"
@@ -63,4 +64,6 @@ class Desktop {
   BusAdapter bus_;
   RunSummary summary_;
   bool printSummary_;
+  bool endedBySignal_ = false;  ///< nobody may be there to read anything
+  DoubleClickGuard doubleClickGuard_;
 };

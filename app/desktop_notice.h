@@ -18,6 +18,9 @@ class DesktopNotice : public OperatorNotice {
   void MessageBoxUntilRead(std::string_view caption, std::string_view text) override {
     boxes_.ShowUntilRead(caption, text);
   }
+  void PlainMessageBox(std::string_view caption, std::string_view text) override {
+    boxes_.Show(caption, text, {}, MessageBoxes::Icon::None);
+  }
   int AbortRetryIgnore(std::string_view caption, std::string_view text) override { return boxes_.Ask(caption, text); }
   void Beep() override { QApplication::beep(); }
   void Speak(std::string_view sentence) override { speech_.Speak(sentence); }

@@ -10,12 +10,18 @@ namespace {
 constexpr int kTicksVisible = 1;
 constexpr int kTicksMinimized = 10;
 
+/// A traffic lamp is drawn at once: it may be off again before the screen's own timer comes to it.
+void TurnLamp(Tables& tables, MainForm& mainForm, int ch, int item, bool on) {
+  SetLamp(tables, ch, item, on);
+  tables.ChanLampTick[item][ch] = tables.ScanTick;
+  mainForm.DrawItem(ch, item);
+}
+
 void SwitchTrafficLamp(Tables& tables, MainForm& mainForm, int ch, int item, bool on, TrayPicture picture) {
   const bool minimized = tables.Minimized == True;
   if ((tables.ChanIndicator[item][ch] == True) == on) return;
   if (TicksSince(tables, tables.ChanLampTick[item][ch]) < (minimized ? kTicksMinimized : kTicksVisible)) return;
-  SetLamp(tables, ch, item, on);
-  tables.ChanLampTick[item][ch] = tables.ScanTick;
+  TurnLamp(tables, mainForm, ch, item, on);
   if (minimized && tables.DebugMode == False) mainForm.SetTrayPicture(picture);
 }
 
@@ -42,9 +48,11 @@ void TurnTXLedON(Tables& tables, MainForm& mainForm, int ch) {
   SwitchTrafficLamp(tables, mainForm, ch, Item::Tx, true, TrayPicture::iXmit);
 }
 
-void TurnTXLedOff(Tables& tables, int ch) {
-  if (tables.ChanIndicator[Item::Tx][ch] == False) return;
+void TurnTXLedOff(Tables& tables, MainForm& mainForm, int ch) {
   if (TicksSince(tables, tables.ChanLampTick[Item::Tx][ch]) < kTicksVisible) return;
-  SetLamp(tables, ch, Item::Tx, false);
-  tables.ChanLampTick[Item::Tx][ch] = tables.ScanTick;
+  PutTXLedOut(tables, mainForm, ch);
+}
+
+void PutTXLedOut(Tables& tables, MainForm& mainForm, int ch) {
+  if (tables.ChanIndicator[Item::Tx][ch] == True) TurnLamp(tables, mainForm, ch, Item::Tx, false);
 }

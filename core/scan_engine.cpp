@@ -34,16 +34,22 @@ void StartupMinimise(Engine& engine) {
   if (tables.NoMinimize == False) engine.mainForm.PutInTray();
 }
 
+/// The lamp of a command that has just been sent, or off if it was sent earlier.
+void ShowTransmission(Engine& engine, int ch) {
+  engine.mainForm.DrawItem(ch, Item::Tx);
+  TurnTXLedOff(engine.tables, engine.mainForm, ch);
+}
+
 void TakeCommands(Engine& engine, int ch) {
   const Tables& tables = engine.tables;
   const bool bidirectional = tables.ChanBidirectional[ch] == True;
   if (bidirectional) {
     engine.publisher.TakeAutomationCommand(ch);
-    TurnTXLedOff(engine.tables, ch);
+    ShowTransmission(engine, ch);
   }
   if (bidirectional && tables.ChanOpcEnabled[ch] == True) {
     engine.publisher.TakeOpcCommand(ch);
-    TurnTXLedOff(engine.tables, ch);
+    ShowTransmission(engine, ch);
   }
 }
 

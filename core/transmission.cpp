@@ -25,12 +25,6 @@ void CountTxTick(Engine& engine) {
   if (finished) engine.dialogs.ShowRate(2, *finished);
 }
 
-void LampOff(Tables& tables, int ch) {
-  if (tables.ChanIndicator[Item::Tx][ch] == False) return;
-  SetLamp(tables, ch, Item::Tx, false);
-  tables.ChanLampTick[Item::Tx][ch] = tables.ScanTick;
-}
-
 void SendNextCharacter(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   std::string& queue = tables.ChanTxQueue[ch];
@@ -43,19 +37,19 @@ void SendNextCharacter(Engine& engine, int ch) {
 void PaceChannel(Engine& engine, int ch) {
   Tables& tables = engine.tables;
   if (tables.ChanTxQueue[ch].empty()) {
-    LampOff(tables, ch);
+    PutTXLedOut(tables, engine.mainForm, ch);
     return;
   }
   TurnTXLedON(engine.tables, engine.mainForm, ch);
   if (tables.ChanTxDelay[ch] <= 0) {
-    LampOff(tables, ch);
+    PutTXLedOut(tables, engine.mainForm, ch);
     return;
   }
   const double ticksBetween = static_cast<double>(tables.ChanTxDelay[ch]) / engine.events.TxTimer().Interval();
   if (ticksBetween < std::abs(tables.TxTick - tables.ChanTxTick[ch])) {
     SendNextCharacter(engine, ch);
   } else if (tables.Minimized == False && TicksSince(tables, tables.ChanLampTick[Item::Tx][ch]) > 1) {
-    LampOff(tables, ch);
+    PutTXLedOut(tables, engine.mainForm, ch);
   }
 }
 

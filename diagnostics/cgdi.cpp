@@ -224,5 +224,5 @@ void CGDI::ReportFailure(const std::string& text) {
   } catch (const RunTimeError&) {
     // the objects behind this one are freed all the same
   }
-  if (tables_.DebugMode == True) notice_.MessageBox(kApplicationTitle, text);
+  if (tables_.DebugMode == True) notice_.PlainMessageBox(kApplicationTitle, text);
 }

@@ -22,6 +22,10 @@ constexpr std::array<SliderRow, kSliderPositions> kSlider = {{
     {0, 0, {50, 5, 15, 1, 50, 5}},
 }};
 
+int CurrentValue(Engine& engine, const RateBox& box) {
+  return box.timer ? (engine.events.*box.timer)().Interval() : engine.tables.*box.setting;
+}
+
 int Limited(const RateBox& box, int value) { return std::clamp(value, box.lowest, box.highest); }
 
 }  // namespace
@@ -30,7 +34,7 @@ RateValues OpenRefresh(Engine& engine) {
   RateValues values{};
   for (std::size_t box = 0; box < values.size(); ++box) {
     const RateBox& rate = kRateTable[box];
-    values[box] = rate.timer ? (engine.events.*rate.timer)().Interval() : engine.tables.*rate.setting;
+    values[box] = CurrentValue(engine, rate);
   }
   engine.tables.RefreshOpen = True;
   return values;
@@ -59,15 +63,25 @@ int RateFromText(int box, std::string_view text, int otherwise) {
   const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
   const RateBox& rate = kRateTable[box];
   if (fault == std::errc::result_out_of_range) return text.front() == '-' ? rate.lowest : rate.highest;
-  if (fault != std::errc{} || end != text.data() + text.size()) return otherwise;
+  if (fault != std::errc{} || end != text.data() + text.size() || value == otherwise) return otherwise;
   return Limited(rate, value);
+}
+
+std::string RateMeaning(const RateValues& values, int channels) {
+  const auto [scan, scanPause, sending, sendingPause, drawing, drawingPause] = values;
+  const int picture = channels * drawingPause;  // no tick comes between the channels of one picture
+  const int period = std::max(scan, picture) + scanPause;
+  const int longest = period + drawing + picture;
+  return "At most " + std::to_string(std::max(1000 / period, 1)) + " scans a second. A change is on the screen after " +
+         std::to_string(longest) + " ms at the longest.";
 }
 
 void UpdateRates(Engine& engine, const RateValues& values) {
   for (std::size_t box = 0; box < values.size(); ++box) {
     const RateBox& rate = kRateTable[box];
     if (!rate.read) continue;
-    const int value = Limited(rate, values[box]);
+    const bool unchanged = values[box] == CurrentValue(engine, rate);
+    const int value = unchanged ? values[box] : Limited(rate, values[box]);
     engine.tables.*rate.setting = value;
     if (rate.timer) (engine.events.*rate.timer)().SetInterval(value);
   }

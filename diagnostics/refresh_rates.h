@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <string_view>
 
 #include "core/tables.h"
@@ -48,6 +49,9 @@ const RateValues& SliderValues(int position);
 
 /// The number typed into a box, brought inside the box's limits; `otherwise` if it is no number.
 int RateFromText(int box, std::string_view text, int otherwise);
+
+/// What the values come to, for an operator: ticks a second, and how long a change at a device may take to the screen.
+std::string RateMeaning(const RateValues& values, int channels);
 
 /// `cmdUpdate`: takes the values, gives the timers their new intervals at once and saves the system file. A file
 /// that cannot be written is told to the operator; the settings then hold for this run.

@@ -17,6 +17,8 @@ class OperatorNotice {
   }
   /// The same, but the caller is held until it has been read; for what ends the program at its start.
   virtual void MessageBoxUntilRead(std::string_view caption, std::string_view text) { MessageBox(caption, text); }
+  /// A box without an icon, for who looks for faults of the program itself.
+  virtual void PlainMessageBox(std::string_view caption, std::string_view text) { MessageBox(caption, text); }
   /// A box that asks what to do about a failure, and holds the caller until it is answered: 3 Abort, 4 Retry, 5 Ignore.
   virtual int AbortRetryIgnore(std::string_view caption, std::string_view text) {
     MessageBox(caption, text);

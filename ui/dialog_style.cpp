@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QWindow>
 
+#include "platform/qt/keep_up.h"
 #include "ui/fonts.h"
 #include "ui/in_front.h"
 #include "ui/palette.h"
@@ -35,6 +36,7 @@ void ApplyDialogStyle(QDialog& dialog) {
   dialog.setFont(TextFont(13));
   dialog.setStyleSheet(StyleSheet());
   dialog.setAttribute(Qt::WA_QuitOnClose, false);
+  KeepUp(dialog);
 }
 
 QLabel* MakeCaption(const QString& text, QWidget* parent) {

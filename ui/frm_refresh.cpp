@@ -12,6 +12,7 @@
 #include <QSlider>
 #include <QVBoxLayout>
 
+#include "core/engine.h"
 #include "platform/qt/text.h"
 #include "ui/dialog_style.h"
 #include "ui/fonts.h"
@@ -48,6 +49,10 @@ frmRefresh::frmRefresh(Engine& engine) : engine_(engine) {
   column->setSizeConstraint(QLayout::SetFixedSize);
   column->addWidget(MakeSlider());
   column->addWidget(MakeNumbers());
+  meaning_ = MakeCaption({}, this);
+  meaning_->setObjectName("lMeaning");
+  meaning_->setWordWrap(true);
+  column->addWidget(meaning_);
   column->addWidget(MakeButtons());
 }
 
@@ -116,9 +121,9 @@ void frmRefresh::MakeBox(QGridLayout& grid, int box, QWidget* parent) {
   text->setFont(NumberFont(kNumberFont));
   text->setAlignment(Qt::AlignRight);
   text->setFixedWidth(88);
-  const QString use = rate.read ? "%1 to %2 ms" : "Kept in the system file; not changed here";
-  text->setReadOnly(!rate.read);
-  text->setToolTip(rate.read ? use.arg(rate.lowest).arg(rate.highest) : use);
+  text->setToolTip(rate.read ? QString("%1 to %2 ms").arg(rate.lowest).arg(rate.highest)
+                             : "Kept in the system file and without effect; Update leaves it as it was");
+  connect(text, &QLineEdit::textChanged, this, [this] { ShowMeaning(); });
   connect(text, &QLineEdit::textEdited, this, [this, box] { SelectBox(box); });
   grid.addWidget(text, row, column);
   tVal_[At(box)] = text;
@@ -196,6 +201,11 @@ void frmRefresh::ShowFace(Face face) {
   }
 }
 
+void frmRefresh::ShowMeaning() {
+  const bool complete = tVal_.back() != nullptr && meaning_ != nullptr;
+  if (complete) meaning_->setText(ToText(RateMeaning(Values(), engine_.tables.MaxChannel + 1)));
+}
+
 void frmRefresh::PlaceSlider() {
   const QSignalBlocker quiet(slider_);
   slider_->setValue(SliderPosition(Values()));
@@ -207,7 +217,6 @@ void frmRefresh::SelectBox(int box) {
   selected_ = box;
   const RateBox& rate = kRateTable[box];
   const QSignalBlocker quiet(VScroll1_);
-  VScroll1_->setEnabled(rate.read);
   VScroll1_->setRange(-rate.highest, -rate.lowest);
   VScroll1_->setPageStep(10);
   VScroll1_->setValue(-Values()[At(box)]);

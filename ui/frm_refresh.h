@@ -34,6 +34,7 @@ class frmRefresh : public QDialog {
   QWidget* MakeButtons();
 
   void ShowFace(Face face);
+  void ShowMeaning();
   void PlaceSlider();
   void TakeSliderPosition();
   void SelectBox(int box);
@@ -48,6 +49,7 @@ class frmRefresh : public QDialog {
   std::array<QLineEdit*, kRateBoxes> tVal_{};
   QScrollBar* VScroll1_ = nullptr;
   std::array<QLabel*, 3> lScan_{};
+  QLabel* meaning_ = nullptr;
   std::vector<QWidget*> simpleFace_;
   std::vector<QWidget*> advancedFace_;
 };

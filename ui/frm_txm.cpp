@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
+#include <utility>
 
 #include "core/channel_state.h"
 #include "core/engine.h"
@@ -16,12 +17,15 @@
 #include "ui/flat_button.h"
 #include "ui/in_front.h"
 #include "ui/logo.h"
+#include "ui/running_frame.h"
 #include "ui/status_line.h"
 #include "ui/weigh_screen.h"
 
 namespace {
 
 constexpr int kTrayWatchMs = 2000;
+constexpr int kWaitForPlaceMs = 20;
+constexpr int kLongestWaitForPlaceMs = 300;
 
 /// Buttons that are there once, in their own order.
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
@@ -121,6 +125,9 @@ void frmTXM::Show() {
     LoadMainForm(*engine_);
     if (engine_->tables.Stopped == True) return;
   }
+  // The key that brought the window up may be pressed once more: it finds no button.
+  if (QWidget* const pressedLast = focusWidget()) pressedLast->clearFocus();
+  comingFromTray_ = false;
   ShowWindow();
   ActivateMainForm(*engine_);
   BusyPointer(false);
@@ -137,6 +144,7 @@ void frmTXM::Unload() {
   Unload_Tarvex_MainForm(*engine_);
   trayWatch_.stop();
   tray_.Remove();
+  comingFromTray_ = false;
   hide();
 }
 
@@ -226,8 +234,17 @@ void frmTXM::RemoveIcon() {
 
 void frmTXM::Animate(bool toTray) {
   if (!TrayIcon::AreaIsThere()) return;
-  const QRect window = geometry();
-  toTray ? AnimateOutline(window, tray_.Place()) : AnimateOutline(tray_.Place(), window);
+  if (toTray) return RunToTray(kLongestWaitForPlaceMs);
+  comingFromTray_ = true;
+  RunFrame(tray_.Place(), geometry(), [this] {
+    if (std::exchange(comingFromTray_, false)) ShowWindow();
+  });
+}
+
+/// Where the icon is to be is known a moment after it was put there.
+void frmTXM::RunToTray(int longestWaitMs) {
+  if (tray_.KnowsPlace() || longestWaitMs <= 0) return RunFrame(geometry(), tray_.Place(), [] {});
+  QTimer::singleShot(kWaitForPlaceMs, this, [this, longestWaitMs] { RunToTray(longestWaitMs - kWaitForPlaceMs); });
 }
 
 void frmTXM::HideWindow() {
@@ -237,6 +254,7 @@ void frmTXM::HideWindow() {
 }
 
 void frmTXM::ShowWindow() {
+  if (comingFromTray_) return;  // until the frame has arrived
   showNormal();
   BringToFront(*this);
   screen_->update();  // a desktop that kept the window's picture asks for no repaint
@@ -252,7 +270,10 @@ void frmTXM::KeepReachable() {
 void frmTXM::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   const bool stateChanged = event->type() == QEvent::WindowStateChange;
-  if (!stateChanged || engine_ == nullptr || isMinimized()) return;
+  if (!stateChanged || engine_ == nullptr) return;
+  // A window manager that makes a dialog small takes this window with it.
+  if (isMinimized() && dialogOpen_) QTimer::singleShot(0, this, [this] { showNormal(); });
+  if (isMinimized()) return;
   // A window that was made small for want of a notification area comes back through the window manager.
   if (engine_->tables.Minimized == True && isVisible()) RestoreByMenu(*engine_, *this);
 }

@@ -72,6 +72,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void PlaceStatusLine();
   void RedrawForScale();
   void KeepReachable();
+  void RunToTray(int longestWaitMs);
 
   Engine* engine_ = nullptr;
   Dialogs* dialogs_ = nullptr;
@@ -80,6 +81,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   bool loaded_ = false;
   bool dialogOpen_ = false;
   bool toldOfMissingTray_ = false;
+  bool comingFromTray_ = false;  ///< the frame runs, and the window is shown when it has arrived
 
   WeighScreen* screen_;
   StatusLine* statusLine_;

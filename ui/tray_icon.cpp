@@ -2,8 +2,6 @@
 
 #include <QAction>
 #include <QGuiApplication>
-#include <QPropertyAnimation>
-#include <QRubberBand>
 #include <QScreen>
 
 #include "ui/logo.h"
@@ -11,7 +9,6 @@
 namespace {
 
 constexpr TrayPicture kPictures[] = {TrayPicture::iIdle, TrayPicture::iRcv, TrayPicture::iXmit, TrayPicture::iRcvXmit};
-constexpr int kAnimationMs = 200;
 
 }  // namespace
 
@@ -34,9 +31,15 @@ TrayIcon::TrayIcon(Handlers handlers) {
           });
 }
 
-void TrayIcon::Show() { icon_.show(); }
+void TrayIcon::Show() {
+  lastPlace_ = {};
+  icon_.show();
+}
 
-void TrayIcon::Remove() { icon_.hide(); }
+void TrayIcon::Remove() {
+  KnowsPlace();
+  icon_.hide();
+}
 
 void TrayIcon::SetPicture(TrayPicture picture) {
   if (picture == shown_) return;
@@ -44,23 +47,15 @@ void TrayIcon::SetPicture(TrayPicture picture) {
   icon_.setIcon(pictures_[static_cast<int>(picture)]);
 }
 
-QRect TrayIcon::Place() const {
+bool TrayIcon::KnowsPlace() {
   const QRect place = icon_.geometry();
-  if (!place.isEmpty()) return place;
+  if (!place.isEmpty()) lastPlace_ = place;
+  return !lastPlace_.isEmpty();
+}
+
+QRect TrayIcon::Place() {
+  if (KnowsPlace()) return lastPlace_;
   const QRect screen = QGuiApplication::primaryScreen()->geometry();
   constexpr int kSize = 24;
   return {screen.bottomRight() - QPoint(kSize, kSize), QSize(kSize, kSize)};
-}
-
-void AnimateOutline(const QRect& from, const QRect& to) {
-  auto* const outline = new QRubberBand(QRubberBand::Rectangle);
-  auto* const run = new QPropertyAnimation(outline, "geometry", outline);
-  run->setDuration(kAnimationMs);
-  run->setStartValue(from);
-  run->setEndValue(to);
-  QObject::connect(run, &QPropertyAnimation::finished, outline, &QObject::deleteLater);
-  outline->setWindowFlag(Qt::WindowTransparentForInput);
-  outline->setGeometry(from);
-  outline->show();
-  run->start();
 }

@@ -24,15 +24,15 @@ class TrayIcon : public QObject {
   void Show();
   void Remove();
   void SetPicture(TrayPicture picture);
-  /// Where the icon is, or the corner where it would be.
-  QRect Place() const;
+  /// The notification area has told where the icon is, which takes a moment after it was shown.
+  bool KnowsPlace();
+  /// Where the icon is or was last, or the corner where it would be.
+  QRect Place();
 
  private:
   QSystemTrayIcon icon_;
   QMenu mnuPopUp_;
   QIcon pictures_[4];
   TrayPicture shown_ = TrayPicture::iIdle;
+  QRect lastPlace_;
 };
-
-/// An outline that runs from one rectangle to the other in a fifth of a second; the caller goes on at once.
-void AnimateOutline(const QRect& from, const QRect& to);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/qt/keep_up.h"
 #include "platform/qt/text.h"
 #include "platform/run_time_error.h"
 
@@ -51,13 +52,17 @@ void PutAbove(QWidget& box, const QWidget* owner) {
 
 void MessageBoxes::Show(std::string_view caption, std::string_view text, std::string_view detail, Icon icon) {
   const Box box{ToVisibleText(caption), BoxText(text, kLongestText), BoxText(detail, kLongestDetail), icon};
-  if (ended_ || box == shown_ || std::ranges::find(waiting_, box) != waiting_.end()) return;
+  if (box == shown_ || std::ranges::find(waiting_, box) != waiting_.end()) return;
   if (waiting_.size() < kMostWaiting) waiting_.push_back(box);
-  ShowNext();
+  if (!ended_) ShowNext();
 }
 
 void MessageBoxes::ShowUntilRead(std::string_view caption, std::string_view text) {
   Show(caption, text);
+  HoldUntilRead();
+}
+
+void MessageBoxes::HoldUntilRead() {
   if (!shown_ || held_) return;
   QEventLoop loop;
   held_ = &loop;
@@ -73,6 +78,7 @@ int MessageBoxes::Ask(std::string_view caption, std::string_view text) {
                   QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore);
   box.setTextFormat(Qt::PlainText);
   box.setAttribute(Qt::WA_QuitOnClose, false);
+  KeepUp(box);
   PutAbove(box, Owner());
   asking_ = &box;
   const int answer = box.exec();
@@ -92,7 +98,9 @@ void MessageBoxes::ShowNext() {
 }
 
 void MessageBoxes::PutUp(const Box& box) {
-  const auto icon = box.icon == Icon::Critical ? QMessageBox::Critical : QMessageBox::Warning;
+  const QMessageBox::Icon icon = box.icon == Icon::None       ? QMessageBox::NoIcon
+                                 : box.icon == Icon::Critical ? QMessageBox::Critical
+                                                              : QMessageBox::Warning;
   const QWidget* const owner = Owner();
   standing_ = std::make_unique<QMessageBox>(icon, box.caption, box.text);
   standing_->setTextFormat(Qt::PlainText);
@@ -100,6 +108,7 @@ void MessageBoxes::PutUp(const Box& box) {
   standing_->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
   standing_->setWindowModality(Qt::ApplicationModal);
   standing_->setAttribute(Qt::WA_QuitOnClose, false);
+  KeepUp(*standing_);
   PutAbove(*standing_, owner);
   QObject::connect(standing_.get(), &QDialog::finished, standing_.get(), [this] {
     standing_.release()->deleteLater();  // its own signal is being handled
@@ -116,6 +125,11 @@ void MessageBoxes::DismissAll() {
   waiting_.clear();
   if (standing_) standing_->reject();
   if (asking_) asking_->done(QMessageBox::Ignore);
+}
+
+void MessageBoxes::ShowLast() {
+  ShowNext();
+  HoldUntilRead();
 }
 
 void mb(MessageBoxes& boxes, const RunTimeError& lastError) {

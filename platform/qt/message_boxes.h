@@ -16,7 +16,7 @@ class RunTimeError;
 /// waiting ones the newest are dropped.
 class MessageBoxes {
  public:
-  enum class Icon { Critical, Exclamation };
+  enum class Icon { Critical, Exclamation, None };
 
   MessageBoxes() = default;
   MessageBoxes(const MessageBoxes&) = delete;
@@ -29,8 +29,11 @@ class MessageBoxes {
   /// A box with the buttons Abort, Retry and Ignore, whose caller is held until one is pressed: 3, 4 or 5. The end of
   /// the program answers Ignore.
   int Ask(std::string_view caption, std::string_view text);
-  /// End of the program: the box that stands is closed, the waiting ones are given up, and no more are shown.
+  /// End of the program: the box that stands is closed and the waiting ones are given up. What is asked for from now on
+  /// waits for `ShowLast`.
   void DismissAll();
+  /// Shows what was asked for since `DismissAll`, and holds the caller until it has been read.
+  void ShowLast();
 
  private:
   struct Box {
@@ -42,6 +45,7 @@ class MessageBoxes {
   };
 
   void ShowNext();
+  void HoldUntilRead();
   void PutUp(const Box& box);
 
   std::optional<Box> shown_;

@@ -1,0 +1,32 @@
+#include "platform/qt/keep_up.h"
+
+#include <QEvent>
+#include <QTimer>
+#include <QWidget>
+
+namespace {
+
+class UpKeeper : public QObject {
+ public:
+  explicit UpKeeper(QWidget& window) : QObject(&window), window_(window) { window.installEventFilter(this); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool small = event->type() == QEvent::WindowStateChange && window_.isMinimized();
+    if (small && window_.isVisible()) QTimer::singleShot(0, this, [this] { Restore(); });
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  void Restore() {
+    if (!window_.isVisible() || !window_.isMinimized()) return;
+    window_.showNormal();
+    window_.raise();
+    window_.activateWindow();
+  }
+
+  QWidget& window_;
+};
+
+}  // namespace
+
+void KeepUp(QWidget& window) { new UpKeeper(window); }
