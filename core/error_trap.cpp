@@ -157,11 +157,11 @@ void TakeFaultOfNoChannel(Engine& engine, const RunTimeError& fault) {
   if (IsFaultToTell(engine, kNoChannel, fault)) TellCriticalFault(engine, kNoChannel, fault);
 }
 
-/// The Error lamp stays on until a stream of the channel has been taken whole; a database client sends none. A fault
-/// that lasts is told once.
+/// The Error lamp stays on until a stream of the channel has been taken whole, where it sends any. A fault that lasts
+/// is told once.
 void TakeCriticalFault(Engine& engine, int ch, const RunTimeError& fault) {
   Tables& tables = engine.tables;
-  if (tables.ChanProtocol[ch] == 0) SetLamp(tables, ch, Item::Error, false);
+  if (!ReadsStreams(tables, ch)) SetLamp(tables, ch, Item::Error, false);
   if (!IsFaultToTell(engine, ch, fault)) return;
   ForceRepaint(tables);
   TellCriticalFault(engine, ch, fault);

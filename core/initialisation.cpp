@@ -133,13 +133,21 @@ std::string PrimaryUnitsName(const Tables& tables, std::int32_t units) {
   return UpperCase(Trim(tables.UnitsTable[units]));
 }
 
-/// The last custom formats are not read at start. Without its format a channel would show 0 for a weight.
-void RefuseUnreadFormat(Tables& tables, int proto) {
+/// The last custom formats are not read at start.
+void FindUnreadFormat(Tables& tables, int proto) {
   if (proto <= kLastFormatReadAtStart || tables.ProtoLoaded[proto] == True) return;
   tables.ProtoFault[proto].emplace(ErrorNumber::FileNotFound,
                                    ProtocolName(proto) +
                                        " is not read at start, but when the setup of a channel shows it: open the "
                                        "setup of the channel and press Ok, or choose one of custom formats 1 to 29");
+}
+
+/// Without its format a channel would show 0 for a weight, if its weights come by one.
+bool LacksFormat(Tables& tables, int ch) {
+  const std::int32_t proto = tables.ChanProtocol[ch];
+  if (!ReadsStreams(tables, ch)) return false;
+  FindUnreadFormat(tables, proto);
+  return tables.ProtoFault[proto].has_value();
 }
 
 void ChannelSteps(Engine& engine, int ch, Pass pass) {
@@ -164,8 +172,7 @@ void ChannelSteps(Engine& engine, int ch, Pass pass) {
     return;
   }
   if (const auto unusable = UnusableSetting(tables, ch)) throw *unusable;
-  RefuseUnreadFormat(tables, tables.ChanProtocol[ch]);
-  if (tables.ProtoFault[tables.ChanProtocol[ch]]) {
+  if (LacksFormat(tables, ch)) {
     tables.ChanFormatRefused[ch] = True;
     ShowInitializationError(engine, ch);
     return;

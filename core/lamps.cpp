@@ -17,12 +17,18 @@ void TurnLamp(Tables& tables, MainForm& mainForm, int ch, int item, bool on) {
   mainForm.DrawItem(ch, item);
 }
 
-void SwitchTrafficLamp(Tables& tables, MainForm& mainForm, int ch, int item, bool on, TrayPicture picture) {
-  const bool minimized = tables.Minimized == True;
-  if ((tables.ChanIndicator[item][ch] == True) == on) return;
-  if (TicksSince(tables, tables.ChanLampTick[item][ch]) < (minimized ? kTicksMinimized : kTicksVisible)) return;
+/// True if the lamp has changed.
+bool SwitchTrafficLamp(Tables& tables, MainForm& mainForm, int ch, int item, bool on) {
+  if ((tables.ChanIndicator[item][ch] == True) == on) return false;
+  const int pacing = tables.Minimized == True ? kTicksMinimized : kTicksVisible;
+  if (TicksSince(tables, tables.ChanLampTick[item][ch]) < pacing) return false;
   TurnLamp(tables, mainForm, ch, item, on);
-  if (minimized && tables.DebugMode == False) mainForm.SetTrayPicture(picture);
+  return true;
+}
+
+void SwitchTrafficLampInTray(Tables& tables, MainForm& mainForm, int ch, int item, bool on, TrayPicture picture) {
+  if (!SwitchTrafficLamp(tables, mainForm, ch, item, on)) return;
+  if (tables.Minimized == True && tables.DebugMode == False) mainForm.SetTrayPicture(picture);
 }
 
 }  // namespace
@@ -37,15 +43,19 @@ void SetLamp(Tables& tables, int ch, int item, bool on) {
 }
 
 void TurnRXLedON(Tables& tables, MainForm& mainForm, int ch) {
-  SwitchTrafficLamp(tables, mainForm, ch, Item::Rx, true, TrayPicture::iRcv);
+  SwitchTrafficLampInTray(tables, mainForm, ch, Item::Rx, true, TrayPicture::iRcv);
+}
+
+void TurnRXLedONInRow(Tables& tables, MainForm& mainForm, int ch) {
+  SwitchTrafficLamp(tables, mainForm, ch, Item::Rx, true);
 }
 
 void TurnRXLedOff(Tables& tables, MainForm& mainForm, int ch) {
-  SwitchTrafficLamp(tables, mainForm, ch, Item::Rx, false, TrayPicture::iIdle);
+  SwitchTrafficLampInTray(tables, mainForm, ch, Item::Rx, false, TrayPicture::iIdle);
 }
 
 void TurnTXLedON(Tables& tables, MainForm& mainForm, int ch) {
-  SwitchTrafficLamp(tables, mainForm, ch, Item::Tx, true, TrayPicture::iXmit);
+  SwitchTrafficLampInTray(tables, mainForm, ch, Item::Tx, true, TrayPicture::iXmit);
 }
 
 void TurnTXLedOff(Tables& tables, MainForm& mainForm, int ch) {

@@ -15,6 +15,8 @@ void SetLamp(Tables& tables, int ch, int item, bool on);
 /// Receive lamp on, paced by the scan tick: one tick after its last change, ten while the window is minimised,
 /// when the tray icon shows it too.
 void TurnRXLedON(Tables& tables, MainForm& mainForm, int ch);
+/// The same in the row alone, for what a terminal on the network sends: the tray icon does not show it.
+void TurnRXLedONInRow(Tables& tables, MainForm& mainForm, int ch);
 /// Receive lamp off, under the same pacing.
 void TurnRXLedOff(Tables& tables, MainForm& mainForm, int ch);
 /// Transmit lamp on, under the same pacing.

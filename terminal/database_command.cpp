@@ -5,6 +5,7 @@
 
 #include "core/engine.h"
 #include "core/error_trap.h"
+#include "terminal/audit_log.h"
 #include "terminal/database_file.h"
 #include "terminal/statement.h"
 
@@ -41,10 +42,6 @@ bool DatabaseCommands::IsDoneInThisTick(DatabaseSession& session) {
   return done;
 }
 
-void DatabaseCommands::LogStep(int ch, const std::string& text) {
-  if (engine_.tables.ChanAuditLog[ch] == True) engine_.log.WriteLog(LogType::Sql, text);
-}
-
 Task DatabaseCommands::Run(int ch, DatabaseClient& client) {
   Tables& tables = engine_.tables;
   const StatementKind kind = ClassifyStatement(tables, ch);
@@ -56,7 +53,7 @@ Task DatabaseCommands::Run(int ch, DatabaseClient& client) {
     if (kind == StatementKind::Action) {
       if (!inText.empty() && CreatesDatabase(tables, ch)) {
         client.Show(ch, "Creating DB...");
-        LogStep(ch, "Creating DB: " + inText + "...");
+        WriteAuditLog(engine_, ch, LogType::Sql, "Creating DB: " + inText + "...");
         session.BeginCreateDatabase(DatabaseToWrite(tables, ch, inText));
         co_await EndOf(session);
         databases_.Idle();
@@ -65,14 +62,14 @@ Task DatabaseCommands::Run(int ch, DatabaseClient& client) {
         name = inText;
       }
       client.Show(ch, "Opening DB...");
-      LogStep(ch, "Opening: " + name + "...");
+      WriteAuditLog(engine_, ch, LogType::Sql, "Opening: " + name + "...");
       session.BeginOpenDatabase(DatabaseToWrite(tables, ch, name), false);
       co_await EndOf(session);
       client.Show(ch, "Executing Query...");
-      LogStep(ch, "Executing: " + query + "...");
+      WriteAuditLog(engine_, ch, LogType::Sql, "Executing: " + query + "...");
       session.BeginExecute(query);
       co_await EndOf(session);
-      LogStep(ch, "Completed: " + query + "...");
+      WriteAuditLog(engine_, ch, LogType::Sql, "Completed: " + query + "...");
       client.Show(ch, "Closing DB...");
       session.BeginCloseDatabase();
       co_await EndOf(session);
@@ -80,17 +77,17 @@ Task DatabaseCommands::Run(int ch, DatabaseClient& client) {
       client.AnswerExecuted(ch);
     } else {
       client.Show(ch, "Opening DB...");
-      LogStep(ch, "Opening: " + name + "...");
+      WriteAuditLog(engine_, ch, LogType::Sql, "Opening: " + name + "...");
       const DatabaseFile file = DatabaseToRead(tables, ch, name);
       session.BeginOpenDatabase(file.path, file.readOnly);
       co_await EndOf(session);
-      LogStep(ch, "Opening: " + query + "...");
+      WriteAuditLog(engine_, ch, LogType::Sql, "Opening: " + query + "...");
       client.Show(ch, "Running Query...");
       session.BeginOpenRecordset(query, kDbRows - 1);
       const Recordset result = co_await EndOf(session);
       recordsTick_ = tables.ScanTick;
       records_ = result.recordCount;
-      LogStep(ch, "Record Count = " + std::to_string(result.recordCount));
+      WriteAuditLog(engine_, ch, LogType::Sql, "Record Count = " + std::to_string(result.recordCount));
       client.Show(ch, client.IdleCaption());
       client.AnswerResult(ch, result);
       client.Show(ch, "Closing Query...");

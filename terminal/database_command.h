@@ -37,7 +37,6 @@ class DatabaseCommands {
   End EndOf(DatabaseSession& session);
   bool IsDoneInThisTick(DatabaseSession& session);
   void Resume(int ch);
-  void LogStep(int ch, const std::string& text);
 
   Engine& engine_;
   DatabaseEngine& databases_;

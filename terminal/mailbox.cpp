@@ -7,9 +7,10 @@
 #include "core/lamps.h"
 #include "core/sentences.h"
 #include "protocol/number.h"
+#include "terminal/audit_log.h"
 #include "terminal/database_command.h"
-#include "terminal/lot_number.h"
 #include "terminal/packets.h"
+#include "terminal/reply_dates.h"
 
 namespace {
 
@@ -83,10 +84,6 @@ std::string Mailbox::PacketStatus(int ch, std::string_view before) const {
   return std::string(before) + std::to_string(engine_.tables.ChanPacketIndex[ch]) + " ...";
 }
 
-void Mailbox::LogReply(int ch, const std::string& reply) {
-  if (engine_.tables.ChanAuditLog[ch] == True) engine_.log.WriteLog(LogType::Transmitted, reply);
-}
-
 void Mailbox::TransmitLampOn(int ch) { TurnTXLedON(engine_.tables, engine_.mainForm, ch); }
 
 // Statements
@@ -123,7 +120,7 @@ void Mailbox::AnswerExecuted(int ch) {
   Tables& tables = engine_.tables;
   tables.ChanDbReply[ch] = "!EXECUTED";
   engine_.mainForm.SetTrayPicture(TrayPicture::iXmit);
-  LogReply(ch, tables.ChanDbReply[ch]);
+  WriteAuditLog(engine_, ch, LogType::Transmitted, tables.ChanDbReply[ch]);
   tables.ChanIndicator[Item::Tx][ch] = True;
   tables.ChanDirty[Item::Tx][ch] = True;
   engine_.mainForm.DrawItem(ch, Item::Tx);
@@ -192,7 +189,7 @@ void Mailbox::AnswerResult(int ch, const Recordset& result) {
   tables.DbFieldCount = 0;
   tables.ChanDbReply[ch] += std::string("!") + static_cast<char>(tables.DbSeparator);
   engine_.mainForm.SetTrayPicture(TrayPicture::iXmit);
-  LogReply(ch, tables.ChanDbReply[ch]);
+  WriteAuditLog(engine_, ch, LogType::Transmitted, tables.ChanDbReply[ch]);
   TransmitLampOn(ch);
   if (tables.ChanDbFound[ch] == True) {
     SendFirstPacket(ch, result);
@@ -203,7 +200,7 @@ void Mailbox::AnswerResult(int ch, const Recordset& result) {
 }
 
 void Mailbox::AnswerError(int ch) {
-  LogReply(ch, "!ERROR");
+  WriteAuditLog(engine_, ch, LogType::Transmitted, "!ERROR");
   if (data_.WriteMailbox(ch, "^ERROR")) {
     TransmitLampOn(ch);
   } else {

@@ -48,7 +48,6 @@ class Mailbox : public DatabaseClient {
   void WritePacketFields(int ch, std::string_view onError);
   std::string PacketStatus(int ch, std::string_view before) const;
   std::string MakeLotNumber(int ch);
-  void LogReply(int ch, const std::string& reply);
   void TransmitLampOn(int ch);
 
   Engine& engine_;

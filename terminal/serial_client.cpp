@@ -4,9 +4,10 @@
 #include "core/engine.h"
 #include "core/error_trap.h"
 #include "core/lamps.h"
+#include "terminal/audit_log.h"
 #include "terminal/command_line.h"
 #include "terminal/database_command.h"
-#include "terminal/lot_number.h"
+#include "terminal/reply_dates.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ void SerialClient::Serve(int ch) {
   tables.ChanRxBuffer[ch] += tables.ChanRxChunk[ch];
   if (!TakeLine(tables, ch)) return;
   const std::string& line = tables.ChanStream[ch];
-  if (tables.ChanAuditLog[ch] == True) engine_.log.WriteLog(LogType::Received, line);
+  WriteAuditLog(engine_, ch, LogType::Received, line);
   tables.ChanDbReply[ch].clear();
   tables.ChanDbQuery[ch].clear();
   tables.ChanDbInText[ch].clear();
@@ -64,14 +65,10 @@ void SerialClient::Serve(int ch) {
 
 void SerialClient::Show(int ch, std::string_view caption) { SetCaption(engine_.tables, ch, caption); }
 
-void SerialClient::LogReply(int ch, const std::string& reply) {
-  if (engine_.tables.ChanAuditLog[ch] == True) engine_.log.WriteLog(LogType::Transmitted, reply);
-}
-
 void SerialClient::Send(int ch) {
   Tables& tables = engine_.tables;
   engine_.mainForm.SetTrayPicture(TrayPicture::iXmit);
-  LogReply(ch, tables.ChanDbReply[ch]);
+  WriteAuditLog(engine_, ch, LogType::Transmitted, tables.ChanDbReply[ch]);
   tables.ChanIndicator[Item::Tx][ch] = True;
   tables.ChanDirty[Item::Tx][ch] = True;
   engine_.mainForm.DrawItem(ch, Item::Tx);
@@ -102,6 +99,6 @@ void SerialClient::AnswerResult(int ch, const Recordset& result) {
 /// Past the queue: the client is to hear of it at once.
 void SerialClient::AnswerError(int ch) {
   const std::string reply = "\"ERROR\"\n" + kEndLine;
-  LogReply(ch, reply);
+  WriteAuditLog(engine_, ch, LogType::Transmitted, reply);
   ResumeNextOnClosedPort(engine_.tables, ch, [&] { engine_.ports.Port(ch).Output(reply); });
 }

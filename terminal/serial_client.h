@@ -23,7 +23,6 @@ class SerialClient : public DatabaseClient {
 
  private:
   void Send(int ch);
-  void LogReply(int ch, const std::string& reply);
 
   Engine& engine_;
   DatabaseCommands& commands_;

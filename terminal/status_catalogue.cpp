@@ -43,7 +43,7 @@ constexpr Row kRows[] = {
     {10013, "WSAEACCES", kNetwork, "Permission denied.",
      "An attempt was made to access a socket in a way forbidden by its access permissions. An example "
      "is using a broadcast address for 'Error! Reference source not found.' without broadcast "
-     "permission being set using 'Error! Reference source not found.'"},
+     "permission being set using 'Error! Reference source not found.' (SO_BROADCAST)."},
     {10014, "WSAEFAULT", kNetwork, "Bad address. ",
      "The system detected an invalid pointer address in attempting to use a pointer argument of a "
      "call. This error occurs if an application passes an invalid pointer value, or if the length of "
@@ -197,8 +197,8 @@ constexpr Row kRows[] = {
      "task does not own (i.e. trying to share a socket between tasks), or 'Error! Reference source "
      "not found.' has been called too many times."},
     {10094, "WSAEDISCON", kNetwork, "Graceful shutdown in progress. ",
-     "Returned by 'Error! Reference source not found.' to indicate the remote party has initiated a "
-     "graceful shutdown sequence."},
+     "Returned by 'Error! Reference source not found.', 'Error! Reference source not found.' to indicate "
+     "the remote party has initiated a graceful shutdown sequence."},
     {11001, "WSAHOST_NOT_FOUND", kNetwork, "Host not found. ",
      "No such host is known. The name is not an official hostname or alias, or it cannot be found in "
      "the database(s) being queried. This error may also be returned for protocol and service "

@@ -65,11 +65,11 @@ void TerminalLink::ReadArcNet(int ch) {
     SharedData::FillRecord(tables.WeightFieldBuffer, {}, kWeightRecord);
     return GiveUpTerminal(ch);
   }
-  TurnRXLedON(tables, engine_.mainForm, ch);
+  TurnRXLedONInRow(tables, engine_.mainForm, ch);
   const std::string_view record = tables.WeightFieldBuffer;
   tables.ChanGross[ch] = Trim(record.substr(0, record.find('\0')));
   if ((tables.ChanStatusBits[ch] & StatusBit::Offline) != 0) {  // marked while nobody read it
-    tables.ChanStatusBits[ch] = static_cast<std::int16_t>(tables.ChanStatusBits[ch] & ~StatusBit::Offline);
+    tables.ChanStatusBits[ch] = 0;  // the terminal tells no status; older bits are of another device
     SetLamp(tables, ch, Item::Error, false);
     SetCaption(tables, ch, Caption::Ready);
     engine_.publisher.PublishStatus(ch);

@@ -55,9 +55,9 @@ class KeyTarget : public QFrame {
     if (event->type() != QEvent::KeyPress) return QFrame::event(event);
     const auto& key = static_cast<QKeyEvent&>(*event);  // Tab too, which would move the focus otherwise
     terminal_.KeyDown(KeyCodeOf(key));
-    const std::string characters = ToBytes(key.text());
-    const bool isCharacter = characters.size() == 1 && key.key() != Qt::Key_Delete;
-    if (isCharacter) terminal_.KeyPress(static_cast<std::uint8_t>(characters.front()));
+    const QString text = key.text();
+    const bool isCharacter = text.size() == 1 && text.front().unicode() < 256 && key.key() != Qt::Key_Delete;
+    if (isCharacter) terminal_.KeyPress(static_cast<std::uint8_t>(text.front().unicode()));
     return true;
   }
 

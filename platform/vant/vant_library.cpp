@@ -11,6 +11,8 @@
 namespace {
 
 constexpr std::chrono::milliseconds kLongestWait(50);
+// At the start all terminals depend on it, and nobody tries it again.
+constexpr std::chrono::milliseconds kLongestFirstRegistration(1000);
 
 /// A call of the library with everything that it reads and writes, so that a caller who has stopped waiting may go.
 struct Call {
@@ -55,13 +57,13 @@ class VantLibrary::Worker {
   }
 
   /// Runs `call` and leaves its results in it; false if it has not come back, or an earlier one still has not.
-  bool Do(Call& call) {
+  bool Do(Call& call, std::chrono::milliseconds longestWait = kLongestWait) {
     std::unique_lock lock(guard_);
     if (busy_) return false;
     std::swap(call_, call);
     busy_ = true;
     begun_.notify_one();
-    if (!ended_.wait_for(lock, kLongestWait, [this] { return !busy_; })) return false;
+    if (!ended_.wait_for(lock, longestWait, [this] { return !busy_; })) return false;
     std::swap(call_, call);
     return true;
   }
@@ -111,9 +113,7 @@ VantLibrary::~VantLibrary() {
 }
 
 void VantLibrary::Tell(const std::string& fault) {
-  if (fault == told_) return;
-  told_ = fault;
-  report_(fault);
+  if (told_.insert(fault).second) report_(fault);
 }
 
 std::int16_t VantLibrary::VantRegisterProcess(std::int16_t node) {
@@ -130,7 +130,8 @@ std::int16_t VantLibrary::VantRegisterProcess(std::int16_t node) {
     return VantStatusCode::Success;
   }
   Call call{.operation = Call::Operation::Register, .numbers = {node}};
-  if (!worker_->Do(call)) return VantStatusCode::BadConnect;
+  const bool isFirst = std::exchange(firstRegistration_, false);
+  if (!worker_->Do(call, isFirst ? kLongestFirstRegistration : kLongestWait)) return VantStatusCode::BadConnect;
   if (call.status == VantStatusCode::Success) callerRegistered_ = true;
   return call.status;
 }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "platform/vant_api.h"
@@ -34,7 +35,8 @@ class VantLibrary : public VantAPI32 {
 
   std::function<std::string()> programFolder_;
   Report report_;
-  std::string told_;
+  std::set<std::string> told_;
+  bool firstRegistration_ = true;
   bool callerRegistered_ = false;   ///< what the caller was told last
   std::shared_ptr<Worker> worker_;  ///< null until the library is bound
 };

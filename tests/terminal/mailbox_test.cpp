@@ -175,6 +175,14 @@ TEST_F(MailboxTest, AnActionIsExecutedAndARefusedStatementIsAnswered) {
   EXPECT_THAT(plant.databases.asked, ElementsAre("idle"));
 }
 
+TEST_F(MailboxTest, AStatementIsExecutedOnceAlsoIfNothingCanBeLogged) {
+  for (const char* log : {"SQLLog-Tarvex.txt", "XmitLog-Tarvex.txt"}) {
+    plant.files.broken["/plant/" + std::string(log)] = ErrorNumber::DiskFull;
+  }
+  EXPECT_EQ(AskSql("INSERT INTO t VALUES (1)"), "!");
+  EXPECT_EQ(std::ranges::count(plant.databases.asked, "execute INSERT INTO t VALUES (1)"), 1);
+}
+
 TEST_F(MailboxTest, WhatIsNotAWholeCommandGetsNoReply) {
   for (const char* text : {"SQL3:0", "SQL3:", "SQL3:-1"}) EXPECT_EQ(Ask(text), text);
   Field("lit02") = "";

@@ -84,9 +84,10 @@ TEST_F(TerminalLinkTest, AHeldScanMarksTheWeightOldAndTheNextReadPutsThatRight) 
   tables.ChanTimeout[kCh] = 5;
   Reopen(kCh);
   for (int tick = 0; tick < 2; ++tick) plant.Tick();
+  tables.ChanStatusBits[kCh] = 3;  // of a device that was on this channel before
   FallOffline(plant.engine, kCh);
   plant.engine.publisher.Flush(kCh);
-  EXPECT_EQ(plant.manager.Publishing().Topics().Request(kCh, 3), "16");
+  EXPECT_EQ(plant.manager.Publishing().Topics().Request(kCh, 3), "19");
   plant.Tick();
   EXPECT_EQ(plant.manager.Publishing().Topics().Request(kCh, 3), "0");
   EXPECT_EQ(Caption(), "Ready...");

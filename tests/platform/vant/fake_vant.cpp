@@ -22,7 +22,7 @@ std::int16_t VantRead(const char* path, std::int16_t length, char* buffer, std::
   if (std::strcmp(path, "/refused") == 0) return 65;
   if (std::strcmp(path, "/slow") == 0) usleep(300'000);
   std::memset(buffer, 'w', static_cast<std::size_t>(length));
-  *count = std::strcmp(path, "/count") == 0 ? static_cast<std::int16_t>(length + 1) : length;
+  *count = std::strncmp(path, "/count", 6) == 0 ? static_cast<std::int16_t>(length + 1) : length;
   return 0;
 }
 std::int16_t VantWrite(const char*, std::int16_t length, const char* buffer) {

@@ -1,4 +1,4 @@
-#include "terminal/lot_number.h"
+#include "terminal/reply_dates.h"
 
 #include <chrono>
 #include <cstdio>
