@@ -7,6 +7,7 @@
 
 #include "app/desktop.h"
 #include "app/program.h"
+#include "ui/program_style.h"
 
 namespace {
 
@@ -24,6 +25,8 @@ constexpr const char* kHelp =
     "\n"
     "Environment:\n"
     "  TARVEX_HOME       folder of the .Cfg and log files; otherwise $XDG_DATA_HOME/tarvex\n"
+    "  TARVEX_SCALE=1    windows as they are on a display of 1024 x 768; without it they\n"
+    "                    are enlarged to fill a larger one. Up to 8, in eighths\n"
     "  TARVEX_SUMMARY=1  print what was read and used when a signal ends the program\n";
 
 /// Qt aborts where it finds no display; a person is told instead.
@@ -39,6 +42,7 @@ int Run(int argc, char** argv) {
   qInstallMessageHandler(TellOfMissingDisplay);
   const QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);
+  QApplication::setStyle(new ProgramStyle);
   QApplication::setQuitOnLastWindowClosed(false);
   std::setlocale(LC_NUMERIC, "C");
 

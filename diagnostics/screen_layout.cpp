@@ -1,5 +1,6 @@
 #include "diagnostics/screen_layout.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 
@@ -106,6 +107,12 @@ int HandFitted(int ch, int item) {
 }  // namespace
 
 const ScreenLayout& LayoutFor(int screenWidth) { return screenWidth == kLayout800.width ? kLayout800 : kLayout1024; }
+
+double LargestFactor(const ScreenLayout& layout, int width, int height) {
+  constexpr int kSteps = 8;
+  const int steps = std::min(kSteps * width / layout.width, kSteps * height / layout.height);
+  return std::max(steps, kSteps) / static_cast<double>(kSteps);
+}
 
 CellPlace PlaceOf(const ScreenLayout& layout, int ch, int item) {
   if (ch < 0 || ch >= kChannels || item < 0 || item >= Item::Count) RaiseSubscriptOutOfRange();

@@ -29,5 +29,8 @@ struct ScreenLayout {
 /// The layout of a display 800 wide, or the one of 1024 x 768, which serves every other width.
 const ScreenLayout& LayoutFor(int screenWidth);
 
+/// The largest factor, in steps of an eighth, at which the layout fits into `width` by `height` pixels; 1 at least.
+double LargestFactor(const ScreenLayout& layout, int width, int height);
+
 /// Where the cell of an item lies. `ch` 0 to 31, `item` 0 to 12; raises 9 outside.
 CellPlace PlaceOf(const ScreenLayout& layout, int ch, int item);

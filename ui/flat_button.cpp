@@ -4,12 +4,15 @@
 #include <QPainter>
 
 #include "ui/fonts.h"
+#include "ui/magnification.h"
 #include "ui/palette.h"
 
 namespace {
 
-/// Letters of the caption, in pixels.
-double CaptionSize(FlatButton::Look look, int height) {
+constexpr int kFocusWidth = 2;
+
+/// Letters of the caption of a button that is laid out so high, in pixels.
+double CaptionSize(FlatButton::Look look, double height) {
   switch (look) {
     case FlatButton::Look::Row:
       return height >= 16 ? 11 : 9;
@@ -45,12 +48,13 @@ void FlatButton::paintEvent(QPaintEvent*) {
   const QRect edge = rect().adjusted(0, 0, -1, -1);
   painter.fillRect(rect(), Face());
   painter.setPen(hasFocus() ? Palette::Accent : look_ == Look::Corner ? Palette::FrameEdge : Palette::ButtonEdge);
-  painter.drawRect(edge);
-  if (hasFocus()) painter.drawRect(edge.adjusted(1, 1, -1, -1));
+  const int lines = hasFocus() ? Magnified(kFocusWidth) : 1;
+  for (int line = 0; line < lines; ++line) painter.drawRect(edge.adjusted(line, line, -line, -line));
 
   const bool light = look_ == Look::Corner;
   const QColor ink = isEnabled() ? (light ? Palette::HeadingStrong : Palette::ButtonText) : Palette::ButtonGreyedText;
-  painter.setFont(TextFont(CaptionSize(look_, height()), look_ == Look::Row ? QFont::Medium : QFont::Bold));
+  const double captionSize = CaptionSize(look_, height() / Magnification()) * Magnification();
+  painter.setFont(TextFont(captionSize, look_ == Look::Row ? QFont::Medium : QFont::Bold));
   painter.setPen(ink);
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine, text());
 }

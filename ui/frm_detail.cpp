@@ -9,6 +9,7 @@
 #include "platform/qt/text.h"
 #include "ui/dialog_style.h"
 #include "ui/fonts.h"
+#include "ui/magnification.h"
 #include "ui/palette.h"
 #include "ui/value_label.h"
 
@@ -29,11 +30,12 @@ QString Numbered(const char* name, int element) { return QString("%1(%2)").arg(Q
 /// A platform scale with its dial.
 QPixmap ScalePicture(qreal ratio) {
   constexpr int kSize = 40;
-  QPixmap picture(QSize(kSize, kSize) * ratio);
+  QPixmap picture(QSize(kSize, kSize) * (ratio * Magnification()));
   picture.setDevicePixelRatio(ratio);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(Magnification(), Magnification());
   painter.setPen(Qt::NoPen);
   painter.setBrush(Palette::Frame);
   painter.drawRoundedRect(QRectF(2, 3, 36, 6), 2, 2);
@@ -86,7 +88,9 @@ QWidget* frmDetail::MakeHead() {
   row->setContentsMargins(0, 0, 0, 0);
   auto* picture = new QLabel(head);
   picture->setObjectName("Image1");
-  picture->setPixmap(ScalePicture(devicePixelRatioF()));
+  const auto paint = [this, picture] { picture->setPixmap(ScalePicture(devicePixelRatioF())); };
+  paint();
+  OnMagnification(*picture, paint);
   heading_ = MakeCaption({}, head);
   QFont font = this->font();
   font.setPixelSize(22);

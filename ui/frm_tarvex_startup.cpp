@@ -9,12 +9,14 @@
 
 #include "core/shutdown.h"
 #include "core/startup.h"
+#include "diagnostics/screen_layout.h"
 #include "platform/qt/text.h"
 #include "ui/flat_button.h"
 #include "ui/fonts.h"
 #include "ui/frame.h"
 #include "ui/in_front.h"
 #include "ui/logo.h"
+#include "ui/magnification.h"
 #include "ui/palette.h"
 
 namespace {
@@ -59,6 +61,10 @@ frmTarvexStartup::frmTarvexStartup()
   connect(cmdContinue_, &FlatButton::clicked, this, [this] { LaunchMainScreen(*engine_); });
   for (FlatButton* button : {cmdEnd_, cmdExit_}) connect(button, &FlatButton::clicked, this, [this] { End(); });
   Fit(1024);
+  OnMagnification(*this, [this] {
+    Fit(large_ ? 1024 : 800);
+    PutInMiddle();
+  });
 }
 
 void frmTarvexStartup::Use(Engine& engine, std::function<void()> unloadForms) {
@@ -68,7 +74,7 @@ void frmTarvexStartup::Use(Engine& engine, std::function<void()> unloadForms) {
 
 void frmTarvexStartup::Fit(int screenWidth) {
   if (screenWidth == 800 || screenWidth == 1024) large_ = screenWidth == 1024;
-  const double factor = large_ ? 1 : 800 / kForm.width();
+  const double factor = Magnification() * (large_ ? 1 : 800 / kForm.width());
   setFixedSize(Scaled(QRectF(QPointF(0, 0), kForm), factor).size());
   lRevision_->setFont(TextFont(14 * factor));
   lRevision_->setGeometry(Scaled(kRevision, factor));
@@ -80,10 +86,15 @@ void frmTarvexStartup::Fit(int screenWidth) {
 
 void frmTarvexStartup::SetRevision(std::string_view text) { lRevision_->setText(ToText(text)); }
 
-void frmTarvexStartup::ShowLogo(int screenWidth) { Fit(screenWidth); }
+void frmTarvexStartup::ShowLogo(int screenWidth) {
+  FollowDisplay(LayoutFor(screenWidth));
+  Fit(screenWidth);
+}
+
+void frmTarvexStartup::PutInMiddle() { move(QGuiApplication::primaryScreen()->geometry().center() - rect().center()); }
 
 void frmTarvexStartup::Show() {
-  move(QGuiApplication::primaryScreen()->geometry().center() - rect().center());
+  PutInMiddle();
   show();
   BringToFront(*this);
 }

@@ -34,6 +34,7 @@ class frmTarvexStartup : public QWidget, public StartupForm {
  private:
   /// The form as stored shows the pictures of the large display.
   void Fit(int screenWidth);
+  void PutInMiddle();
   void End();
 
   Engine* engine_ = nullptr;

@@ -17,6 +17,7 @@
 #include "ui/flat_button.h"
 #include "ui/in_front.h"
 #include "ui/logo.h"
+#include "ui/magnification.h"
 #include "ui/running_frame.h"
 #include "ui/status_line.h"
 #include "ui/weigh_screen.h"
@@ -30,9 +31,10 @@ constexpr int kLongestWaitForPlaceMs = 300;
 /// Buttons that are there once, in their own order.
 constexpr PanelButton kSingle[] = {PanelButton::Refresh, PanelButton::Help, PanelButton::PutInTray, PanelButton::End};
 
-QRect MiddleOf(const QRect& screen, const ScreenLayout& layout) {
-  return {screen.x() + (screen.width() - layout.width) / 2, screen.y() + (screen.height() - layout.height) / 2,
-          layout.width, layout.height};
+/// Both edges of a place in the layout, in pixels of the window.
+QRect MagnifiedPlace(const CellPlace& place) {
+  return {QPoint(Magnified(place.x), Magnified(place.y)),
+          QPoint(Magnified(place.x + place.width) - 1, Magnified(place.y + place.height) - 1)};
 }
 
 }  // namespace
@@ -48,8 +50,15 @@ frmTXM::frmTXM()
   setAttribute(Qt::WA_QuitOnClose, false);
   MakeButtons();
   screen_->OnMouseMoved([this](QPoint place) { statusLine_->ShowMouse(place); });
-  connect(QGuiApplication::primaryScreen(), &QScreen::geometryChanged, this, [this] {
-    if (layout_ != nullptr) PutInMiddle();
+  for (auto change : {&QScreen::geometryChanged, &QScreen::availableGeometryChanged}) {
+    connect(QGuiApplication::primaryScreen(), change, this, [this] {
+      if (layout_ != nullptr) PutInMiddle();
+    });
+  }
+  OnMagnification(*this, [this] {
+    if (layout_ == nullptr) return;
+    Fit();
+    RedrawForScale();
   });
   connect(&trayWatch_, &QTimer::timeout, this, [this] { KeepReachable(); });
 }
@@ -150,14 +159,9 @@ void frmTXM::Unload() {
 
 void frmTXM::ApplyLayout(int screenWidth) {
   layout_ = &LayoutFor(screenWidth);
-  setFixedSize(layout_->width, layout_->height);
+  FollowDisplay(*layout_);
+  Fit();
   screen_->SetLayout(*layout_);
-  PutInMiddle();
-  ForEachButton([this](PanelButton button, int row) {
-    const CellPlace place = ButtonPlace(*layout_, button, row);
-    ButtonOf(button, row)->setGeometry(place.x, place.y, place.width, place.height);
-  });
-  PlaceStatusLine();
   show();
   engine_->events.DoEvents();
   connect(windowHandle(), &QWindow::screenChanged, this, [this] { RedrawForScale(); });
@@ -166,18 +170,36 @@ void frmTXM::ApplyLayout(int screenWidth) {
   gdi_->SetUp();
 }
 
-void frmTXM::PutInMiddle() { move(MiddleOf(QGuiApplication::primaryScreen()->geometry(), *layout_).topLeft()); }
+/// Everything but what is drawn on the rows.
+void frmTXM::Fit() {
+  setFixedSize(Magnified(layout_->width), Magnified(layout_->height));
+  PutInMiddle();
+  ForEachButton([this](PanelButton button, int row) {
+    ButtonOf(button, row)->setGeometry(MagnifiedPlace(ButtonPlace(*layout_, button, row)));
+  });
+  PlaceStatusLine();
+}
+
+/// In the middle of what the display leaves to windows; a panel as large as the display covers all of it.
+void frmTXM::PutInMiddle() {
+  const QScreen& screen = *QGuiApplication::primaryScreen();
+  const QRect room = screen.availableGeometry();
+  const bool fits = room.width() >= width() && room.height() >= height();
+  const QRect place = fits ? room : screen.geometry();
+  move(place.topLeft() + QPoint(place.width() - width(), place.height() - height()) / 2);
+}
 
 void frmTXM::PlaceStatusLine() {
   const bool large = layout_->width > 800;
   const int left = layout_->columns[Item::Rx].x - 8;
   const int lastRow = PlaceOf(*layout_, kChannels - 1, Item::Rx).y;
   statusLine_->SetTextHeight(large ? 13 : 11);
-  statusLine_->setGeometry(left, (layout_->height + lastRow) / 2 - 2, layout_->width - 2 * left, large ? 20 : 16);
+  const int top = (layout_->height + lastRow) / 2 - 2;
+  statusLine_->setGeometry(MagnifiedPlace({left, top, layout_->width - 2 * left, large ? 20 : 16}));
 }
 
 void frmTXM::RedrawForScale() {
-  if (screen_->Surface().Scale() == devicePixelRatioF()) return;
+  if (screen_->Surface().Scale() == devicePixelRatioF() * Magnification()) return;
   gdi_->Release();
   screen_->SetLayout(*layout_);
   gdi_->SetUp();

@@ -68,6 +68,7 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void Press(PanelButton button, int row);
   void TakeDialog(bool open);
   void EnableButtons();
+  void Fit();
   void PutInMiddle();
   void PlaceStatusLine();
   void RedrawForScale();

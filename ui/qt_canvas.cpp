@@ -21,6 +21,12 @@ constexpr qsizetype kLongestText = 400;      // characters; far more than the wi
 
 QColor ToColour(Colour colour) { return {colour.red, colour.green, colour.blue}; }
 
+bool IsNumber(std::string_view text) { return text.find_first_not_of("0123456789+-. ") == text.npos; }
+
+bool HasAccents(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) > 0x7f; });
+}
+
 /// Pixels of `area` of `from` to `at` of `to`, as far as both images reach.
 void CopyPixels(QImage& to, QPoint at, const QImage& from, QRect area) {
   area &= from.rect();
@@ -72,10 +78,33 @@ DrawingHandle QtCanvas::CreatePen(Colour colour) { return Keep(Pen{colour}); }
 DrawingHandle QtCanvas::CreateBrush(Colour colour) { return Keep(Brush{colour}); }
 
 DrawingHandle QtCanvas::CreateFont(const FontShape& shape) {
-  QFont font = TextFont(shape.height * kSizeOfHeight, QFont::Weight(shape.weight));
+  QFont font = TextFont(shape.height * kSizeOfHeight * scale_, QFont::Weight(shape.weight));
   font.setStretch(static_cast<int>(std::lround(100 * shape.width / (kWidthOfHeight * shape.height))));
-  const QFontMetricsF metrics(font);
-  return Keep(LineFont{font, std::round(metrics.ascent()), std::floor(metrics.descent())});
+  return Keep(LineFont{Letters(font)});
+}
+
+QtCanvas::Letters::Letters(const QFont& shape) : font(shape), metrics(font) {
+  const QRectF ink = metrics.tightBoundingRect("Hg[_|j");
+  below = std::ceil(ink.bottom());
+  height = below - std::floor(ink.top());
+}
+
+const QtCanvas::Letters& QtCanvas::FittedTo(LineFont& font, int height) {
+  if (font.fitted && font.fittedTo == height) return *font.fitted;
+  font.fittedTo = height;
+  font.fitted = font.full;
+  while (font.fitted->height > height && font.fitted->font.pixelSize() > 4) {
+    QFont smaller = font.fitted->font;
+    smaller.setPixelSize(smaller.pixelSize() - 1);
+    font.fitted.emplace(smaller);
+  }
+  return *font.fitted;
+}
+
+/// Device pixels of a cell that are seen wherever on the window it stands.
+QSize QtCanvas::Covered(const QImage& cell) const {
+  const auto length = [&](int pixels) { return static_cast<int>(std::floor(std::floor(pixels / scale_) * scale_)); };
+  return {length(cell.width()), length(cell.height())};
 }
 
 QtCanvas::Context* QtCanvas::Find(DrawingHandle context) {
@@ -152,7 +181,7 @@ void QtCanvas::Ellipse(DrawingHandle context, int left, int top, int right, int 
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);  // the pen has the brush's colour, and the ellipse reaches to the outer edge of both
   painter.setBrush(ToColour(brush->colour));
-  const QRectF surface(QPointF(0, 0), QSizeF(image->size()) / scale_);  // a lamp is whole, never cut by its cell
+  const QRectF surface(QPointF(0, 0), QSizeF(Covered(*image)) / scale_);  // a lamp is whole, never cut by its cell
   painter.drawEllipse(QRectF(left, top, right - left, bottom - top) & surface);
 }
 
@@ -168,26 +197,31 @@ void QtCanvas::SetText(DrawingHandle context, Colour colour, TextAlign align) {
 void QtCanvas::TextOut(DrawingHandle context, int x, int y, std::string_view text) {
   Context* const held = Find(context);
   QImage* const image = held == nullptr ? nullptr : Selected<QImage>(*held);
-  const LineFont* const font = held == nullptr ? nullptr : Selected<LineFont>(*held);
+  LineFont* const font = held == nullptr ? nullptr : Selected<LineFont>(*held);
   if (image == nullptr || font == nullptr || text.empty()) return;
   QString line = ToVisibleText(text).left(kLongestText);
+  // Numbers have nothing under the line and are drawn as large as they can be; all others keep their hooks.
+  const QSize cell = Covered(*image);
+  const Letters& letters = IsNumber(text) ? font->full : FittedTo(*font, cell.height());
+  const double under = IsNumber(text) ? std::floor(letters.metrics.descent()) : letters.below;
+  const double baseline = std::min(y * scale_ + std::round(font->full.metrics.ascent()), cell.height() - under);
   QPainter painter(image);
-  painter.scale(scale_, scale_);
-  painter.setFont(font->font);
+  painter.setFont(letters.font);
   painter.setPen(ToColour(held->textColour));
-  // Whatever the layout says, the line stays inside its cell, descenders and last digit too.
-  const QSizeF cell = QSizeF(image->size()) / scale_;
-  const double right = std::min<double>(x, cell.width());
-  const double baseline = std::min(y + font->ascent, std::floor(cell.height()) - font->descent);
   if (held->align == TextAlign::Left) {
-    painter.translate(x, baseline);
+    painter.translate(x * scale_, baseline);
   } else {
     line = line.trimmed();
-    const double width = QFontMetricsF(font->font).horizontalAdvance(line);
+    const double right = std::min<double>(x * scale_, cell.width());
+    const double width = letters.metrics.horizontalAdvance(line);
     painter.translate(right, baseline);
     // A number that is cut would be another number: one too long for its cell is drawn narrower.
     if (width > right) painter.scale(right / width, 1);
     painter.translate(-width, 0);
+  }
+  if (HasAccents(text)) {  // a capital's dots stand higher than there is room for
+    const double above = -letters.metrics.tightBoundingRect(line).top();
+    if (above > baseline) painter.scale(1, baseline / above);
   }
   painter.drawText(QPointF(0, 0), line);
 }

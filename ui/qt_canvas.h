@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QRect>
 #include <functional>
+#include <optional>
 #include <unordered_map>
 #include <variant>
 
@@ -48,9 +50,19 @@ class QtCanvas : public Canvas {
   struct Brush {
     Colour colour;
   };
-  struct LineFont {
+  /// A size of the letters, with its measures in device pixels.
+  struct Letters {
+    explicit Letters(const QFont& shape);
+
     QFont font;
-    double ascent, descent;  ///< pixels of the layout above and below the baseline
+    QFontMetricsF metrics;
+    double below;   ///< what "g" and "[" need under the baseline
+    double height;  ///< from there to the top of the capitals
+  };
+  struct LineFont {
+    Letters full;
+    std::optional<Letters> fitted{};  ///< the largest that are whole in a cell `fittedTo` high
+    int fittedTo = 0;
   };
   using Object = std::variant<QImage, Pen, Brush, LineFont>;  // the index tells its kind
   static constexpr std::size_t kKinds = std::variant_size_v<Object>;
@@ -66,6 +78,8 @@ class QtCanvas : public Canvas {
   template <typename Kind>
   Kind* Selected(Context& context);
   QImage* ImageOf(DrawingHandle context);
+  QSize Covered(const QImage& cell) const;
+  static const Letters& FittedTo(LineFont& font, int height);
   QRect DevicePixels(int x, int y, int width, int height) const;
 
   std::function<void(const QRect&)> onWindowChanged_;

@@ -4,6 +4,7 @@
 #include <QLabel>
 
 #include "ui/fonts.h"
+#include "ui/magnification.h"
 #include "ui/palette.h"
 
 namespace {
@@ -30,13 +31,11 @@ StatusLine::StatusLine(QWidget* parent)
 
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(kGap);
   row->addWidget(lRevision_);
   row->addWidget(lDebugMode_);
   row->addWidget(lNotice_, 1);
   for (QLabel* number : {lfx_, lfy_}) {
     number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    number->setFixedWidth(kNumberWidth);
     row->addWidget(number);
   }
   lDebugMode_->hide();
@@ -56,7 +55,9 @@ QLabel* StatusLine::MakeLabel(const char* name, const QColor& ink) {
 }
 
 void StatusLine::SetTextHeight(int pixels) {
-  for (QLabel* label : {lRevision_, lDebugMode_, lNotice_, lfx_, lfy_}) label->setFont(TextFont(pixels));
+  for (QLabel* label : {lRevision_, lDebugMode_, lNotice_, lfx_, lfy_}) label->setFont(TextFont(Magnified(pixels)));
+  for (QLabel* number : {lfx_, lfy_}) number->setFixedWidth(Magnified(kNumberWidth));
+  layout()->setSpacing(Magnified(kGap));
 }
 
 void StatusLine::SetRevision(const QString& text) { lRevision_->setText(text); }

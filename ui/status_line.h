@@ -12,7 +12,7 @@ class StatusLine : public QWidget {
  public:
   explicit StatusLine(QWidget* parent);
 
-  /// Letters `pixels` high.
+  /// Letters `pixels` high at factor 1, magnified.
   void SetTextHeight(int pixels);
   void SetRevision(const QString& text);
   /// Shows `lDebugMode` with what `text` gives, asked again each second; hides it if there is none.

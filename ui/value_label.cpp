@@ -5,6 +5,8 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "ui/magnification.h"
+
 namespace {
 
 constexpr int kSmallestFont = 9;  // pixels
@@ -37,7 +39,7 @@ QSize ValueLabel::minimumSizeHint() const { return sizeHint(); }
 QFont ValueLabel::FittingFont(int width) const {
   QFont fitting = font();
   const int needed = QFontMetrics(fitting).horizontalAdvance(drawn_);
-  if (needed > width) fitting.setPixelSize(std::max(kSmallestFont, fitting.pixelSize() * width / needed));
+  if (needed > width) fitting.setPixelSize(std::max(Magnified(kSmallestFont), fitting.pixelSize() * width / needed));
   return fitting;
 }
 

@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "ui/background.h"
+#include "ui/magnification.h"
 
 namespace {
 
@@ -16,7 +17,8 @@ constexpr int kJoin = 3;
 
 WeighScreen::WeighScreen(QWidget* parent)
     : QWidget(parent), canvas_([this](const QRect& area) {
-        const QRect joined = area.adjusted(0, -kJoin, 0, kJoin);
+        const QRectF place(area.adjusted(0, -kJoin, 0, kJoin));
+        const QRect joined = QRectF(place.topLeft() * magnification_, place.size() * magnification_).toAlignedRect();
         copied_ += joined;
         update(joined);
       }) {
@@ -25,8 +27,10 @@ WeighScreen::WeighScreen(QWidget* parent)
 }
 
 void WeighScreen::SetLayout(const ScreenLayout& layout) {
-  resize(layout.width, layout.height);
-  canvas_.SetPicture(DrawBackground(layout, devicePixelRatioF()), devicePixelRatioF());
+  magnification_ = Magnification();
+  resize(Magnified(layout.width), Magnified(layout.height));
+  const qreal scale = devicePixelRatioF() * magnification_;
+  canvas_.SetPicture(DrawBackground(layout, scale), scale);
 }
 
 void WeighScreen::paintEvent(QPaintEvent* event) {
@@ -34,11 +38,12 @@ void WeighScreen::paintEvent(QPaintEvent* event) {
   copied_ = {};
   if (!onlyCells && painted_) painted_();
   QPainter painter(this);
-  painter.scale(1 / canvas_.Scale(), 1 / canvas_.Scale());
+  const double pixel = magnification_ / canvas_.Scale();  // of the picture, in pixels of the window
+  painter.scale(pixel, pixel);
   painter.drawImage(0, 0, canvas_.WindowImage());
 }
 
 void WeighScreen::mouseMoveEvent(QMouseEvent* event) {
-  if (moved_) moved_(event->position().toPoint());
+  if (moved_) moved_((event->position() / magnification_).toPoint());
   QWidget::mouseMoveEvent(event);
 }

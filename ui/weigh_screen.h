@@ -18,7 +18,7 @@ class WeighScreen : public QWidget {
   /// Called with the place of the mouse in pixels of the layout.
   void OnMouseMoved(std::function<void(QPoint)> moved) { moved_ = std::move(moved); }
 
-  /// Draws the picture of this layout, at the window's scale factor.
+  /// Draws the picture of this layout, at the magnification and the window's scale factor.
   void SetLayout(const ScreenLayout& layout);
   QtCanvas& Surface() { return canvas_; }
 
@@ -28,6 +28,7 @@ class WeighScreen : public QWidget {
 
  private:
   QtCanvas canvas_;
+  double magnification_ = 1;
   QRegion copied_;  ///< changed by cells since the last paint event
   std::function<void()> painted_;
   std::function<void(QPoint)> moved_;

@@ -8,6 +8,7 @@
 #include "platform/qt/text.h"
 #include "ui/fonts.h"
 #include "ui/key_code.h"
+#include "ui/magnification.h"
 
 namespace {
 
@@ -56,15 +57,22 @@ StatusGridView::StatusGridView(SetupModel& model, QWidget* parent)
   setTabKeyNavigation(false);
   setWordWrap(false);
   verticalHeader()->hide();
-  verticalHeader()->setMinimumSectionSize(kRowHeight);
-  verticalHeader()->setDefaultSectionSize(kRowHeight);
   QHeaderView& headings = *horizontalHeader();
   headings.setSectionsClickable(false);
   headings.setHighlightSections(false);
   headings.setSectionResizeMode(QHeaderView::Fixed);
   headings.setSectionResizeMode(0, QHeaderView::Stretch);
   headings.setFixedHeight(30);
-  for (int column = 1; column < StatusGrid::kColumns; ++column) setColumnWidth(column, kColumns[column].width);
+  MagnifySections();
+  OnMagnification(*this, [this] { MagnifySections(); });
+}
+
+void StatusGridView::MagnifySections() {
+  verticalHeader()->setMinimumSectionSize(Magnified(kRowHeight));
+  verticalHeader()->setDefaultSectionSize(Magnified(kRowHeight));
+  for (int column = 1; column < StatusGrid::kColumns; ++column) {
+    setColumnWidth(column, Magnified(kColumns[column].width));
+  }
 }
 
 void StatusGridView::Refresh() {
@@ -123,5 +131,5 @@ void StatusGridView::currentChanged(const QModelIndex& current, const QModelInde
 
 void StatusGridView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
-  model_.Grid().SetVisibleRows(viewport()->height() / kRowHeight);
+  model_.Grid().SetVisibleRows(viewport()->height() / Magnified(kRowHeight));
 }

@@ -38,6 +38,7 @@ class StatusGridView : public QTableView {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void MagnifySections();
   void ShowSelection();
 
   SetupModel& model_;

@@ -7,6 +7,7 @@
 
 #include "platform/qt/text.h"
 #include "ui/fonts.h"
+#include "ui/magnification.h"
 #include "ui/palette.h"
 
 namespace {
@@ -39,8 +40,10 @@ void StreamLine::Show(const std::string& stream, int first, int last, const QStr
   update();
 }
 
+int StreamLine::LaidOutWidth() const { return static_cast<int>(width() / Magnification()); }
+
 int StreamLine::CellWidth() const {
-  const int room = width() - kValueWidth - 8;
+  const int room = LaidOutWidth() - kValueWidth - 8;
   const int cells = std::max(1, static_cast<int>(stream_.size()));
   return std::clamp(room / cells, kNarrowestCell, kWidestCell);
 }
@@ -48,19 +51,21 @@ int StreamLine::CellWidth() const {
 void StreamLine::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Palette::LampField);
-  const QRect right(width() - kValueWidth, 0, kValueWidth - 8, height());
+  painter.scale(Magnification(), Magnification());
+  const QRect line(0, 0, LaidOutWidth(), kHeight);
+  const QRect right(line.width() - kValueWidth, 0, kValueWidth - 8, kHeight);
   painter.setFont(TextFont(12, QFont::Bold));
   painter.setPen(Palette::HeadingStrong);
   painter.drawText(right, Qt::AlignRight | Qt::AlignVCenter | Qt::TextWordWrap, value_);
   if (stream_.empty()) {
     painter.setFont(TextFont(12));
     painter.setPen(Palette::Heading);
-    painter.drawText(rect().adjusted(8, 0, -kValueWidth, 0), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap,
+    painter.drawText(line.adjusted(8, 0, -kValueWidth, 0), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap,
                      notice_);
     return;
   }
   const int cell = CellWidth();
-  const int shown = std::min(static_cast<int>(stream_.size()), (width() - kValueWidth - 8) / cell);
+  const int shown = std::min(static_cast<int>(stream_.size()), (line.width() - kValueWidth - 8) / cell);
   for (int i = 0; i < shown; ++i) {
     const int number = i + 1;
     const bool lit = first_ > 0 && number >= first_ && number <= last_;
@@ -81,8 +86,9 @@ void StreamLine::paintEvent(QPaintEvent*) {
 bool StreamLine::event(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QWidget::event(event);
   const auto& help = *static_cast<QHelpEvent*>(event);
-  const int at = (help.pos().x() - 4) / CellWidth();
-  if (help.pos().x() < 4 || at >= static_cast<int>(stream_.size()) || help.pos().x() > width() - kValueWidth) {
+  const int x = static_cast<int>(help.pos().x() / Magnification());
+  const int at = (x - 4) / CellWidth();
+  if (x < 4 || at >= static_cast<int>(stream_.size()) || x > LaidOutWidth() - kValueWidth) {
     QToolTip::hideText();
     return true;
   }

@@ -21,6 +21,7 @@ class StreamLine : public QWidget {
   bool event(QEvent* event) override;
 
  private:
+  int LaidOutWidth() const;
   int CellWidth() const;
 
   std::string stream_;

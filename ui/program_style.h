@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QProxyStyle>
+
+/// One look for everything that no window of ours paints: the boxes, tips and menus of the program, and the small parts
+/// of its dialogs, which follow the magnification.
+class ProgramStyle : public QProxyStyle {
+ public:
+  ProgramStyle();
+
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+  void polish(QWidget* widget) override;
+  using QProxyStyle::polish;
+};
