@@ -14,14 +14,14 @@ DoubleClickGuard::DoubleClickGuard() { qApp->installEventFilter(this); }
 
 bool DoubleClickGuard::eventFilter(QObject* watched, QEvent* event) {
   const bool press = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-  auto* const widget = press ? qobject_cast<QWidget*>(watched) : nullptr;
-  if (widget == nullptr || !event->spontaneous()) return false;
+  // The window hears of it before any of its widgets, which would get the keyboard by it.
+  if (!press || !watched->isWindowType()) return false;
   const auto& click = static_cast<const QMouseEvent&>(*event);
   const QPoint place = click.globalPosition().toPoint();
   const bool isSecond = click.timestamp() - time_ < kSlowestDoubleClick &&
-                        (place - place_).manhattanLength() < kSamePlace && window_ != widget->window();
+                        (place - place_).manhattanLength() < kSamePlace && window_ != watched;
   if (isSecond) return true;
-  window_ = widget->window();
+  window_ = watched;
   place_ = place;
   time_ = click.timestamp();
   return false;

@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QPoint>
 #include <QPointer>
-#include <QWidget>
 
 /// Keeps the second click of a double click from a window that came up under the pointer in between: a double click on
 /// the panel's X is no click on the button that ends the program. Works as long as it lives, on the whole application.
@@ -14,7 +13,7 @@ class DoubleClickGuard : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  QPointer<QWidget> window_;  ///< of the last press
+  QPointer<QObject> window_;  ///< of the last press
   QPoint place_;              ///< on the display
   quint64 time_ = 0;          ///< of the window system, milliseconds
 };

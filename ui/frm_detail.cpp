@@ -132,7 +132,7 @@ QWidget* frmDetail::MakeWeights() {
     QFont bold = font();
     bold.setBold(true);
     l_[At(field.element)]->setFont(bold);
-    grid->addWidget(l_[At(field.element)], 0, column);
+    grid->addWidget(l_[At(field.element)], 0, column, Qt::AlignRight);
     grid->addWidget(value, 1, column);
     ++column;
   }

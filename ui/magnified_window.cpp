@@ -71,7 +71,8 @@ class LaidOut : public QObject {
     if (!widget.styleSheet().isEmpty()) {
       steps_.push_back([&widget, sheet = widget.styleSheet()] { widget.setStyleSheet(MagnifiedSheet(sheet)); });
     }
-    if (widget.testAttribute(Qt::WA_SetFont) && widget.font().pixelSize() > 0) {
+    // Each widget by itself: below a style sheet a new font is not always handed down.
+    if (widget.font().pixelSize() > 0) {
       steps_.push_back([&widget, pixels = widget.font().pixelSize()] {
         QFont font = widget.font();
         font.setPixelSize(Magnified(pixels));

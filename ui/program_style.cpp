@@ -2,15 +2,45 @@
 
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
+#include <QStyleOption>
 
 #include "ui/dialog_style.h"
 #include "ui/magnification.h"
+#include "ui/palette.h"
+
+namespace {
+
+constexpr int kFocusWidth = 2;
+
+}  // namespace
 
 ProgramStyle::ProgramStyle() : QProxyStyle("Fusion") {}
 
 int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
   const int length = QProxyStyle::pixelMetric(metric, option, widget);
   return length > 1 ? Magnified(length) : length;
+}
+
+QPalette ProgramStyle::standardPalette() const {
+  QPalette palette = QProxyStyle::standardPalette();
+  palette.setColor(QPalette::Window, Palette::RowOther);
+  palette.setColor(QPalette::WindowText, Palette::ButtonText);
+  palette.setColor(QPalette::ToolTipBase, Palette::Row);
+  palette.setColor(QPalette::ToolTipText, Palette::ButtonText);
+  palette.setColor(QPalette::Highlight, Palette::Accent);
+  return palette;
+}
+
+/// A list that has the keyboard is marked as all others are; a style sheet would take its arrow away.
+void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                      const QWidget* widget) const {
+  QProxyStyle::drawComplexControl(control, option, painter, widget);
+  if (control != CC_ComboBox || !option->state.testFlag(State_HasFocus)) return;
+  painter->setPen(Palette::Accent);
+  for (int line = 0; line < Magnified(kFocusWidth); ++line) {
+    painter->drawRect(option->rect.adjusted(line, line, -line - 1, -line - 1));
+  }
 }
 
 /// Boxes and menus come from elsewhere, at any time.

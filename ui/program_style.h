@@ -9,6 +9,9 @@ class ProgramStyle : public QProxyStyle {
   ProgramStyle();
 
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+  QPalette standardPalette() const override;
   void polish(QWidget* widget) override;
   using QProxyStyle::polish;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override;
 };

@@ -39,6 +39,22 @@ void CopyPixels(QImage& to, QPoint at, const QImage& from, QRect area) {
   }
 }
 
+/// As much of `colour` as `coverage` tells, into each pixel of `image`.
+void BlendIn(QImage& image, const QImage& coverage, Colour colour) {
+  const int ink[] = {colour.red, colour.green, colour.blue};
+  const auto mixed = [](int under, int over, int share) { return (under * (255 - share) + over * share + 127) / 255; };
+  for (int y = 0; y < image.height(); ++y) {
+    const uchar* const shares = coverage.constScanLine(y);
+    auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      if (shares[x] == 0) continue;
+      const QRgb under = pixels[x];
+      pixels[x] = qRgb(mixed(qRed(under), ink[0], shares[x]), mixed(qGreen(under), ink[1], shares[x]),
+                       mixed(qBlue(under), ink[2], shares[x]));
+    }
+  }
+}
+
 }  // namespace
 
 QtCanvas::QtCanvas(std::function<void(const QRect&)> onWindowChanged)
@@ -48,6 +64,7 @@ void QtCanvas::SetPicture(const QImage& picture, qreal scale) {
   window_ = picture.convertToFormat(QImage::Format_RGB32);
   window_.setDevicePixelRatio(1);
   scale_ = scale;
+  coverages_.clear();
 }
 
 DrawingHandle QtCanvas::WindowContext() { return kWindow; }
@@ -85,15 +102,15 @@ DrawingHandle QtCanvas::CreateFont(const FontShape& shape) {
 
 QtCanvas::Letters::Letters(const QFont& shape) : font(shape), metrics(font) {
   const QRectF ink = metrics.tightBoundingRect("Hg[_|j");
+  above = -std::floor(ink.top());
   below = std::ceil(ink.bottom());
-  height = below - std::floor(ink.top());
 }
 
 const QtCanvas::Letters& QtCanvas::FittedTo(LineFont& font, int height) {
   if (font.fitted && font.fittedTo == height) return *font.fitted;
   font.fittedTo = height;
   font.fitted = font.full;
-  while (font.fitted->height > height && font.fitted->font.pixelSize() > 4) {
+  while (font.fitted->above + font.fitted->below > height && font.fitted->font.pixelSize() > 4) {
     QFont smaller = font.fitted->font;
     smaller.setPixelSize(smaller.pixelSize() - 1);
     font.fitted.emplace(smaller);
@@ -176,13 +193,26 @@ void QtCanvas::Ellipse(DrawingHandle context, int left, int top, int right, int 
   QImage* const image = held == nullptr ? nullptr : Selected<QImage>(*held);
   const Brush* const brush = held == nullptr ? nullptr : Selected<Brush>(*held);
   if (image == nullptr || brush == nullptr) return;
-  QPainter painter(image);
+  // The pen has the brush's colour: the ellipse reaches to the outer edge of both.
+  BlendIn(*image, CoverageOf(QRect(QPoint(left, top), QPoint(right - 1, bottom - 1)), *image), brush->colour);
+}
+
+/// How much an ellipse covers each pixel of a surface. There are few of them, and drawing one takes long.
+const QImage& QtCanvas::CoverageOf(const QRect& ellipse, const QImage& surface) {
+  for (const Coverage& known : coverages_) {
+    if (known.ellipse == ellipse && known.image.size() == surface.size()) return known.image;
+  }
+  QImage coverage(surface.size(), QImage::Format_Grayscale8);
+  coverage.fill(Qt::black);
+  QPainter painter(&coverage);
   painter.scale(scale_, scale_);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);  // the pen has the brush's colour, and the ellipse reaches to the outer edge of both
-  painter.setBrush(ToColour(brush->colour));
-  const QRectF surface(QPointF(0, 0), QSizeF(Covered(*image)) / scale_);  // a lamp is whole, never cut by its cell
-  painter.drawEllipse(QRectF(left, top, right - left, bottom - top) & surface);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(Qt::white);
+  const QRectF seen(QPointF(0, 0), QSizeF(Covered(surface)) / scale_);  // a lamp is whole, never cut by its cell
+  painter.drawEllipse(QRectF(ellipse) & seen);
+  painter.end();
+  return coverages_.emplace_back(Coverage{ellipse, coverage}).image;
 }
 
 void QtCanvas::SetTransparentBackground(DrawingHandle) {}  // texts never have another
@@ -202,9 +232,11 @@ void QtCanvas::TextOut(DrawingHandle context, int x, int y, std::string_view tex
   QString line = ToVisibleText(text).left(kLongestText);
   // Numbers have nothing under the line and are drawn as large as they can be; all others keep their hooks.
   const QSize cell = Covered(*image);
-  const Letters& letters = IsNumber(text) ? font->full : FittedTo(*font, cell.height());
-  const double under = IsNumber(text) ? std::floor(letters.metrics.descent()) : letters.below;
-  const double baseline = std::min(y * scale_ + std::round(font->full.metrics.ascent()), cell.height() - under);
+  const bool number = IsNumber(text);
+  const Letters& letters = number ? font->full : FittedTo(*font, cell.height());
+  const double asLaidOut = std::round(y * scale_) + std::round(font->full.metrics.ascent());
+  const double lowest = cell.height() - (number ? 0 : letters.below);
+  const double baseline = std::min(std::max(asLaidOut, letters.above), lowest);
   QPainter painter(image);
   painter.setFont(letters.font);
   painter.setPen(ToColour(held->textColour));

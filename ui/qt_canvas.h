@@ -8,6 +8,7 @@
 #include <optional>
 #include <unordered_map>
 #include <variant>
+#include <vector>
 
 #include "platform/canvas.h"
 
@@ -56,8 +57,7 @@ class QtCanvas : public Canvas {
 
     QFont font;
     QFontMetricsF metrics;
-    double below;   ///< what "g" and "[" need under the baseline
-    double height;  ///< from there to the top of the capitals
+    double above, below;  ///< what capitals need over the baseline, and "g" and "[" under it
   };
   struct LineFont {
     Letters full;
@@ -78,6 +78,7 @@ class QtCanvas : public Canvas {
   template <typename Kind>
   Kind* Selected(Context& context);
   QImage* ImageOf(DrawingHandle context);
+  const QImage& CoverageOf(const QRect& ellipse, const QImage& surface);
   QSize Covered(const QImage& cell) const;
   static const Letters& FittedTo(LineFont& font, int height);
   QRect DevicePixels(int x, int y, int width, int height) const;
@@ -85,6 +86,11 @@ class QtCanvas : public Canvas {
   std::function<void(const QRect&)> onWindowChanged_;
   QImage window_;
   qreal scale_ = 1;
+  struct Coverage {
+    QRect ellipse;
+    QImage image;
+  };
+  std::vector<Coverage> coverages_;
   DrawingHandle lastHandle_;
   std::unordered_map<DrawingHandle, Context> contexts_;
   std::unordered_map<DrawingHandle, Object> objects_;
