@@ -42,7 +42,7 @@ int Run(int argc, char** argv) {
   qInstallMessageHandler(TellOfMissingDisplay);
   const QApplication application(argc, argv);
   qInstallMessageHandler(nullptr);
-  QApplication::setStyle(new ProgramStyle);
+  StyleApplication();
   QApplication::setQuitOnLastWindowClosed(false);
   std::setlocale(LC_NUMERIC, "C");
 

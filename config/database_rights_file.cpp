@@ -38,6 +38,6 @@ void ReadDatabaseRights(Tables& tables, Files& files) {
   tables.DatabaseRights.clear();
   tables.DatabaseRightsSet = True;  // also where the file cannot be read: nobody knows what it forbids
   const std::string content = files.Read(path);
-  tables.DatabaseRightsSet = AsBoolean(!Trim(content).empty());
+  tables.DatabaseRightsSet = AsBoolean(files.Exists(path));  // one that a full disk has cut to nothing allows nothing
   EachCfgLine(content, path, [&](CfgReader& reader) { tables.DatabaseRights.push_back(RightOf(tables, reader)); });
 }

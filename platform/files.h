@@ -14,6 +14,8 @@ class Files {
   virtual std::string OpenAndRead(const std::string& path) = 0;
   /// The same without creating anything: a missing file reads as empty.
   virtual std::string Read(const std::string& path) = 0;
+  /// Whether there is a file of this name, be it empty.
+  virtual bool Exists(const std::string& path) = 0;
   /// Puts `content` in place of the file, whole or not at all: after a fault or a power cut the file holds
   /// either the old or the new content.
   virtual void Replace(const std::string& path, std::string_view content) = 0;

@@ -6,7 +6,7 @@
 #include "core/engine.h"
 #include "core/error_trap.h"
 #include "terminal/audit_log.h"
-#include "terminal/database_file.h"
+#include "terminal/database_rights.h"
 #include "terminal/statement.h"
 
 namespace {

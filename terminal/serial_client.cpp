@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Characters that are kept without a line end: far more than any statement has.
-constexpr std::size_t kLongestLine = 16384;
+/// Characters that may wait: far more than any statement has.
+constexpr std::size_t kMostWaiting = 16384;
 constexpr int kOutOfStringSpace = 14;
 
 std::string Line(std::string_view text) { return "\"" + std::string(text) + "\"\n"; }
@@ -25,22 +25,30 @@ bool BytesWaiting(Tables& tables, int ch, SerialPort& port) {
   return waiting > 0;
 }
 
+}  // namespace
+
 /// Takes the first line away from what has been received, with its LF; false if none is whole.
-bool TakeLine(Tables& tables, int ch) {
+bool SerialClient::TakeLine(int ch) {
+  Tables& tables = engine_.tables;
   std::string& buffer = tables.ChanRxBuffer[ch];
-  const std::size_t end = buffer.find('\n');
-  if (end == std::string::npos) {
-    if (buffer.size() <= kLongestLine) return false;
-    buffer.clear();
-    throw RunTimeError(kOutOfStringSpace, "More than " + std::to_string(kLongestLine) +
-                                              " characters came without a line end; they are dropped");
+  if (lineIsCut_[ch]) {
+    const std::size_t end = buffer.find('\n');
+    lineIsCut_[ch] = end == std::string::npos;
+    buffer.erase(0, lineIsCut_[ch] ? buffer.size() : end + 1);
   }
+  if (buffer.size() > kMostWaiting) {
+    lineIsCut_[ch] = buffer.back() != '\n';
+    buffer.clear();
+    throw RunTimeError(kOutOfStringSpace,
+                       "More than " + std::to_string(kMostWaiting) +
+                           " characters wait, of a line without an end or of many; they are dropped");
+  }
+  const std::size_t end = buffer.find('\n');
+  if (end == std::string::npos) return false;
   tables.ChanStream[ch] = buffer.substr(0, end + 1);
   buffer.erase(0, end + 1);
   return true;
 }
-
-}  // namespace
 
 void SerialClient::Serve(int ch) {
   Tables& tables = engine_.tables;
@@ -48,10 +56,11 @@ void SerialClient::Serve(int ch) {
   SerialPort& port = engine_.ports.Port(ch);
   if (!BytesWaiting(tables, ch, port)) return;
   TurnRXLedON(tables, engine_.mainForm, ch);
-  if (port.TakeLineLoss()) tables.ChanRxBuffer[ch].clear();  // what comes now does not continue it
+  std::string& buffer = tables.ChanRxBuffer[ch];
+  if (port.TakeLineLoss()) buffer.erase(buffer.rfind('\n') + 1);  // what comes now does not continue the last line
   port.Input(tables.ChanRxChunk[ch]);
-  tables.ChanRxBuffer[ch] += tables.ChanRxChunk[ch];
-  if (!TakeLine(tables, ch)) return;
+  buffer += tables.ChanRxChunk[ch];
+  if (!TakeLine(ch)) return;
   const std::string& line = tables.ChanStream[ch];
   WriteAuditLog(engine_, ch, LogType::Received, line);
   tables.ChanDbReply[ch].clear();

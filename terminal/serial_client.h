@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/table.h"
 #include "terminal/database_client.h"
 
 class DatabaseCommands;
@@ -22,8 +23,10 @@ class SerialClient : public DatabaseClient {
   void AnswerError(int ch) override;
 
  private:
+  bool TakeLine(int ch);
   void Send(int ch);
 
   Engine& engine_;
   DatabaseCommands& commands_;
+  Table<bool, 32> lineIsCut_{};  ///< its beginning was dropped, and what is left of it is no line
 };

@@ -350,9 +350,16 @@ void TakeSelectInto(Statement& statement) {
   }
 }
 
+/// The quotient of two whole numbers is no whole number.
+void TakeDivisions(Statement& statement) {
+  for (std::size_t at = 0; at < statement.Size(); ++at) {
+    if (statement.IsSign(at, "/")) statement[at].replacement = "*1.0/";
+  }
+}
+
 /// In this order: later rules see what earlier ones have taken out. Dates are taken by the tokenizer.
-constexpr void (*kRules[])(Statement&) = {TakeTruthWords, TakeFunctionNames, TakeDeleteAll,
-                                          TakeTop,        TakeJoins,         TakeSelectInto};
+constexpr void (*kRules[])(Statement&) = {TakeTruthWords, TakeFunctionNames, TakeDeleteAll, TakeTop,
+                                          TakeJoins,      TakeSelectInto,    TakeDivisions};
 
 }  // namespace
 

@@ -1,11 +1,15 @@
 #include "ui/program_style.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QScreen>
 #include <QStyleOption>
 
+#include "diagnostics/screen_layout.h"
 #include "ui/dialog_style.h"
+#include "ui/logo.h"
 #include "ui/magnification.h"
 #include "ui/palette.h"
 
@@ -15,11 +19,23 @@ constexpr int kFocusWidth = 2;
 
 }  // namespace
 
+void StyleApplication() {
+  QApplication::setStyle(new ProgramStyle);
+  QApplication::setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
+  FollowDisplay(LayoutFor(QGuiApplication::primaryScreen()->size().width()));
+}
+
 ProgramStyle::ProgramStyle() : QProxyStyle("Fusion") {}
 
 int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
   const int length = QProxyStyle::pixelMetric(metric, option, widget);
   return length > 1 ? Magnified(length) : length;
+}
+
+int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* returned) const {
+  if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+  return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
 QPalette ProgramStyle::standardPalette() const {

@@ -14,6 +14,7 @@ class MemoryFiles : public Files {
 
   std::string OpenAndRead(const std::string& path) override;
   std::string Read(const std::string& path) override;
+  bool Exists(const std::string& path) override { return content.contains(path); }
   void Replace(const std::string& path, std::string_view text) override;
   void Append(const std::string& path, std::string_view line) override;
 

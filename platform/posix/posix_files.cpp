@@ -134,6 +134,8 @@ std::string PosixFiles::Read(const std::string& path) {
   return content;
 }
 
+bool PosixFiles::Exists(const std::string& path) { return Inspect(path, "read").has_value(); }
+
 void PosixFiles::Replace(const std::string& path, std::string_view content) {
   constexpr const char* kAction = "written";
   const std::string target = BehindLinks(path, kAction);

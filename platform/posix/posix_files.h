@@ -13,6 +13,7 @@ class PosixFiles : public Files {
   /// The new content is written beside the file and safe on the disk before it takes the file's place. Mode and,
   /// where permitted, owner of the old file stay; of a link, what it leads to is replaced. A file marked
   /// read-only is refused.
+  bool Exists(const std::string& path) override;
   void Replace(const std::string& path, std::string_view content) override;
   /// A line that does not fit on the disk leaves nothing of itself behind.
   void Append(const std::string& path, std::string_view line) override;

@@ -159,6 +159,10 @@ SqliteConnection::Prepared SqliteConnection::Prepare(const std::string& statemen
       throw RunTimeError(DatabaseFault::SyntaxError, "Characters found after end of SQL statement.");
     }
   }
+  if (sqlite3_bind_parameter_count(prepared.get()) > 0) {  // it would be taken as null, silently
+    const char* const name = sqlite3_bind_parameter_name(prepared.get(), 1);
+    throw RunTimeError(DatabaseFault::NoSuchColumn, std::string("No value is given for ") + (name ? name : "?"));
+  }
   return std::move(prepared);
 }
 

@@ -54,7 +54,8 @@ TEST_F(SerialClientTest, ALineComesInPiecesAndASecondOneWaitsForNewInput) {
   EXPECT_THAT(plant.databases.asked, testing::Contains("execute DELETE FROM b"));
   tables.ChanRxBuffer[kCh].clear();
   EXPECT_EQ(Reply(std::string(20000, 'x')), "");
-  EXPECT_THAT(plant.LogText(LogType::Error), HasSubstr("without a line end"));
+  EXPECT_THAT(plant.LogText(LogType::Error), HasSubstr("More than 16384 characters wait"));
+  EXPECT_EQ(Reply("/DBNAME=x!/QUERY=DELETE FROM c!\n"), "") << "the end of that line";
   EXPECT_EQ(Reply("/DBNAME=x!/QUERY=DELETE FROM a!\n"), "\"EXECUTED\"\n\"!\"\n");
 }
 
@@ -122,6 +123,9 @@ TEST_F(SerialClientTest, TheFileOfRightsRefusesWhatItDoesNotName) {
     EXPECT_FALSE(isRefused("good.db")) << damage;
   }
   file.clear();
+  plant.engine.configuration.ReadDatabaseRights();
+  EXPECT_TRUE(isRefused("x")) << "an empty file allows nothing";
+  plant.files.content.erase("/plant/Tarvex-Database.Cfg");
   plant.engine.configuration.ReadDatabaseRights();
   EXPECT_FALSE(isRefused("x")) << "without the file everything is allowed";
 }

@@ -13,6 +13,10 @@ std::string OverlayFiles::NameSources(std::string text) const {
   return text;
 }
 
+bool OverlayFiles::Exists(const std::string& path) {
+  return written_.contains(path) || sources_.contains(path) || disk_.Exists(path);
+}
+
 std::string OverlayFiles::Read(const std::string& path) {
   if (const auto written = written_.find(path); written != written_.end()) return written->second;
   const auto source = sources_.find(path);

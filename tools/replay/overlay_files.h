@@ -28,6 +28,7 @@ class OverlayFiles : public Files {
 
   std::string OpenAndRead(const std::string& path) override { return Read(path); }
   std::string Read(const std::string& path) override;
+  bool Exists(const std::string& path) override;
   void Replace(const std::string& path, std::string_view content) override { written_[path] = content; }
   void Append(const std::string& path, std::string_view line) override { lines_.push_back({path, std::string(line)}); }
 

@@ -154,6 +154,8 @@ TEST_F(Sqlite, ResultsOfTheEngineAreSortedIntoFaults) {
       {"INSERT INTO scale VALUES (1)", "3078 "},
       {"SELECT nam FROM scales", "3061 no such column: nam"},
       {"INSERT INTO scales (nam) VALUES (1)", "3061 "},
+      {"DELETE FROM scales WHERE name = ?", "3061 No value is given for ?"},
+      {"UPDATE scales SET name = @n", "3061 No value is given for @n"},
       {"SELEC 1", "3075 near \"SELEC\": syntax error"},
       {"SELECT 'a", "3075 "},
       {"SELECT Left('a')", "3075 "},

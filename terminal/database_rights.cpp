@@ -1,4 +1,4 @@
-#include "terminal/database_file.h"
+#include "terminal/database_rights.h"
 
 #include <algorithm>
 
