@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kMostWaiting = 8;
 constexpr int kLongestText = 2000;
 constexpr int kLongestDetail = 300;
-constexpr int kLongestWord = 60;
+constexpr int kLongestWord = 50;
 
 /// Line ends are kept; what a device or a file put into the text is made harmless, and never widens the box.
 QString BoxText(std::string_view bytes, int longest) {

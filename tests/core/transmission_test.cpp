@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
+#include "core/lamps.h"
 #include "tests/support/test_plant.h"
 
 namespace {
@@ -43,6 +46,37 @@ TEST(TransmissionTest, OnlyConnectedSerialChannelsSendAndAVanishedPortDoesNotSto
   plant.ports.port[2].open = false;
   TxTimerTick(plant.engine);
   for (int ch : {0, 1, 2, 3}) EXPECT_EQ(plant.ports.port[static_cast<std::size_t>(ch)].sent.size(), ch == 3 ? 1U : 0U);
+}
+
+/// Draws nothing, and counts which lamps it was asked to draw.
+class CountingForm : public HeadlessMainForm {
+ public:
+  void DrawItem(int, int item) override { ++drawn[item]; }
+  std::map<int, int> drawn;
+};
+
+TEST(TransmissionTest, TrafficLampsAreDrawnByWhoTurnsThemOnAndOff) {
+  TestPlant plant;
+  CountingForm form;
+  Engine engine = plant.EngineWith({.mainForm = &form});
+  plant.Connect(0, 2);
+  const auto lampIs = [&](int item, bool on, int draws) {
+    EXPECT_EQ(plant.tables.ChanIndicator[item][0] == True, on) << item;
+    EXPECT_EQ(form.drawn[item], draws) << item;
+  };
+  ++plant.tables.ScanTick;
+  TurnRXLedON(plant.tables, form, 0);
+  TurnRXLedON(plant.tables, form, 0);
+  lampIs(Item::Rx, true, 1);
+  ++plant.tables.ScanTick;
+  TurnRXLedOff(plant.tables, form, 0);
+  lampIs(Item::Rx, false, 2);
+  plant.tables.ChanTxDelay[0] = 12;
+  plant.tables.ChanTxQueue[0] = "A";
+  TxTimerTick(engine);
+  lampIs(Item::Tx, true, 1);
+  TxTimerTick(engine);
+  lampIs(Item::Tx, false, 2);
 }
 
 }  // namespace

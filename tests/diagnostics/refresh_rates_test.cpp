@@ -32,6 +32,28 @@ TEST(RefreshRatesTest, WhatIsTypedCannotStopTheSystem) {
   for (const auto& c : cases) EXPECT_EQ(RateFromText(c.box, c.text, 77), c.value) << c.box << " '" << c.text << "'";
 }
 
+TEST(RefreshRatesTest, AValueOutOfRangeThatWasThereIsKeptWhenAnotherOneIsChanged) {
+  TestPlant plant;
+  plant.tables.Timer1Sleep = 5000;
+  RateValues values = OpenRefresh(plant.engine);
+  EXPECT_EQ(RateFromText(1, "5000", values[1]), 5000);
+  values[5] = 7;
+  UpdateRates(plant.engine, values);
+  EXPECT_EQ(plant.tables.Timer1Sleep, 5000);
+  EXPECT_EQ(plant.tables.GDITimerSleep, 7);
+  values[1] = 6000;
+  UpdateRates(plant.engine, values);
+  EXPECT_EQ(plant.tables.Timer1Sleep, 1000);
+}
+
+TEST(RefreshRatesTest, TheMeaningCountsThePausesOfADrawing) {
+  EXPECT_EQ(RateMeaning({25, 2, 15, 0, 25, 1}, 32),
+            "At most 29 scans a second. A change is on the screen after 91 ms at the longest.");
+  EXPECT_EQ(RateMeaning({25, 0, 15, 0, 25, 0}, 32),
+            "At most 40 scans a second. A change is on the screen after 50 ms at the longest.");
+  EXPECT_NE(RateMeaning({60000, 0, 15, 0, 25, 0}, 32).find("At most 1 scans"), std::string::npos);
+}
+
 TEST(RefreshRatesTest, OpeningShowsTheIntervalsThatRunAndTheScanTellsItsRateUntilTheDialogCloses) {
   TestPlant plant;
   plant.events.timer1.interval = 33;

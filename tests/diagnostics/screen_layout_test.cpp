@@ -29,4 +29,13 @@ TEST(ScreenLayoutTest, LampsOfTheSmallLayoutAreFittedByHand) {
   }
 }
 
+TEST(ScreenLayoutTest, TheLargestFactorAtWhichALayoutFitsGoesInEighths) {
+  const struct {
+    int layout, width, height;
+    double factor;
+  } cases[] = {{1024, 1024, 768, 1},      {1024, 800, 600, 1},      {1024, 1151, 863, 1},    {1024, 1152, 864, 1.125},
+               {1024, 1920, 1080, 1.375}, {1024, 3840, 2160, 2.75}, {800, 1920, 1080, 1.75}, {1024, 0, 0, 1}};
+  for (const auto& c : cases) EXPECT_EQ(LargestFactor(LayoutFor(c.layout), c.width, c.height), c.factor) << c.width;
+}
+
 }  // namespace

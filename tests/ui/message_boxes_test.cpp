@@ -9,6 +9,7 @@
 
 #include "platform/qt/text.h"
 #include "tests/support/test_plant.h"
+#include "tests/ui/wait_for.h"
 
 namespace {
 
@@ -76,6 +77,29 @@ TEST_F(MessageBoxesTest, ABoxAboutOneChannelHoldsNoTickAndTheOthersAreScannedWhi
   plant.Tick(1, "12\n");
   EXPECT_EQ(plant.tables.ScanTick, 2);
   EXPECT_EQ(plant.tables.ChanStatusText[1], "Online...");
+}
+
+TEST_F(MessageBoxesTest, WhatIsAskedForAtTheEndIsShownWhenEverythingElseHasEnded) {
+  boxes.DismissAll();
+  boxes.Show("Tarvex", "Error Deleting hArial Object", {}, MessageBoxes::Icon::None);
+  EXPECT_EQ(StandingBox(), nullptr);
+  QMessageBox::Icon icon = QMessageBox::Critical;
+  Operator human([&](QMessageBox& box) {
+    icon = box.icon();
+    box.accept();
+  });
+  boxes.ShowLast();
+  EXPECT_EQ(human.texts.size(), 1U);
+  EXPECT_EQ(icon, QMessageBox::NoIcon);
+}
+
+TEST_F(MessageBoxesTest, ABoxThatIsMadeSmallComesBack) {
+  boxes.Show("Tarvex", "text");
+  QMessageBox* const box = StandingBox();
+  ASSERT_NE(box, nullptr);
+  box->showMinimized();
+  EXPECT_TRUE(WaitFor([&] { return !box->isMinimized(); }));
+  boxes.DismissAll();
 }
 
 }  // namespace
