@@ -216,6 +216,6 @@ export class Connection {
   }
 
   #describe(fault) {
-    return Certificates.explain(fault, this.#folder) ?? `Not connected to ${this.#server.endpoint}: ${fault.message.split('\n')[0]}`;
+    return Certificates.explain(fault, this.#folder) ?? `Not connected to ${this.#server.endpoint}: ${fault.message.split('\n')[0].replace(/[\s,.]+$/, '')}`;
   }
 }
