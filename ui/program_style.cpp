@@ -20,7 +20,9 @@ constexpr int kFocusWidth = 2;
 }  // namespace
 
 void StyleApplication() {
-  QApplication::setStyle(new ProgramStyle);
+  auto* const style = new ProgramStyle;
+  QApplication::setStyle(style);
+  QApplication::setPalette(style->standardPalette());
   QApplication::setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
   FollowDisplay(LayoutFor(QGuiApplication::primaryScreen()->size().width()));
 }
