@@ -235,8 +235,8 @@ void QtCanvas::TextOut(DrawingHandle context, int x, int y, std::string_view tex
   const bool number = IsNumber(text);
   const Letters& letters = number ? font->full : FittedTo(*font, cell.height());
   const double asLaidOut = std::round(y * scale_) + std::round(font->full.metrics.ascent());
-  const double lowest = cell.height() - (number ? 0 : letters.below);
-  const double baseline = std::min(std::max(asLaidOut, letters.above), lowest);
+  const double lowest = cell.height() - (number ? std::floor(letters.metrics.descent()) : letters.below);
+  const double baseline = std::max(std::min(asLaidOut, lowest), letters.above);
   QPainter painter(image);
   painter.setFont(letters.font);
   painter.setPen(ToColour(held->textColour));
