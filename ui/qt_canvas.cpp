@@ -33,9 +33,12 @@ void CopyPixels(QImage& to, QPoint at, const QImage& from, QRect area) {
   const QRect target = QRect(at, area.size()) & to.rect();
   if (target.isEmpty() || target.topLeft() != at) return;
   const auto bytes = static_cast<std::size_t>(target.width()) * sizeof(QRgb);
+  const uchar* source = from.constScanLine(area.y()) + static_cast<std::size_t>(area.x()) * sizeof(QRgb);
+  uchar* destination = to.scanLine(at.y()) + static_cast<std::size_t>(at.x()) * sizeof(QRgb);
   for (int line = 0; line < target.height(); ++line) {
-    const uchar* source = from.constScanLine(area.y() + line) + static_cast<std::size_t>(area.x()) * sizeof(QRgb);
-    std::memcpy(to.scanLine(at.y() + line) + static_cast<std::size_t>(at.x()) * sizeof(QRgb), source, bytes);
+    std::memcpy(destination, source, bytes);
+    source += from.bytesPerLine();
+    destination += to.bytesPerLine();
   }
 }
 
@@ -43,14 +46,18 @@ void CopyPixels(QImage& to, QPoint at, const QImage& from, QRect area) {
 void BlendIn(QImage& image, const QImage& coverage, Colour colour) {
   const int ink[] = {colour.red, colour.green, colour.blue};
   const auto mixed = [](int under, int over, int share) { return (under * (255 - share) + over * share + 127) / 255; };
+  const QRgb whole = qRgb(colour.red, colour.green, colour.blue);
+  const int width = image.width();
   for (int y = 0; y < image.height(); ++y) {
     const uchar* const shares = coverage.constScanLine(y);
     auto* const pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
+    for (int x = 0; x < width; ++x) {
       if (shares[x] == 0) continue;
       const QRgb under = pixels[x];
-      pixels[x] = qRgb(mixed(qRed(under), ink[0], shares[x]), mixed(qGreen(under), ink[1], shares[x]),
-                       mixed(qBlue(under), ink[2], shares[x]));
+      pixels[x] = shares[x] == 255
+                      ? whole
+                      : qRgb(mixed(qRed(under), ink[0], shares[x]), mixed(qGreen(under), ink[1], shares[x]),
+                             mixed(qBlue(under), ink[2], shares[x]));
     }
   }
 }

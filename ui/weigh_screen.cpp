@@ -13,6 +13,9 @@ namespace {
 /// cells is a few columns to the window system and not hundreds of small places.
 constexpr int kJoin = 3;
 
+/// From so many changed cells on all between them is shown anew too: one large place is cheaper than many columns.
+constexpr int kMany = 100;
+
 }  // namespace
 
 WeighScreen::WeighScreen(QWidget* parent)
@@ -20,7 +23,8 @@ WeighScreen::WeighScreen(QWidget* parent)
         const QRectF place(area.adjusted(0, -kJoin, 0, kJoin));
         const QRect joined = QRectF(place.topLeft() * magnification_, place.size() * magnification_).toAlignedRect();
         copied_ += joined;
-        update(joined);
+        if (++copies_ >= kMany) copied_ = copied_.boundingRect();
+        update(copies_ >= kMany ? copied_ : QRegion(joined));
       }) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
@@ -36,6 +40,7 @@ void WeighScreen::SetLayout(const ScreenLayout& layout) {
 void WeighScreen::paintEvent(QPaintEvent* event) {
   const bool onlyCells = event->region().subtracted(copied_).isEmpty();
   copied_ = {};
+  copies_ = 0;
   if (!onlyCells && painted_) painted_();
   QPainter painter(this);
   const double pixel = magnification_ / canvas_.Scale();  // of the picture, in pixels of the window

@@ -30,6 +30,7 @@ class WeighScreen : public QWidget {
   QtCanvas canvas_;
   double magnification_ = 1;
   QRegion copied_;  ///< changed by cells since the last paint event
+  int copies_ = 0;  ///< of cells since then
   std::function<void()> painted_;
   std::function<void(QPoint)> moved_;
 };
