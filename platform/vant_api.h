@@ -13,9 +13,8 @@ inline constexpr std::int16_t BadConnect = 1;       ///< no library, or no answe
 
 /// The library that reaches the terminals on their network: named fields of shared data, and the keys of a terminal.
 /// Each operation returns the library's 16-bit status, 0 on success, waits 50 ms for it at most (the first
-/// registration a second), and raises nothing. A
-/// call that has not come back by then is `BadConnect`, and so is each further one until it has. The two operations of
-/// the library that write to a terminal's display are used by nothing.
+/// registration a second), and raises nothing. A call that has not come back by then is `BadConnect`, and so is each
+/// further one until it has. The two operations of the library that write to a terminal's display are used by nothing.
 class VantAPI32 {
  public:
   virtual ~VantAPI32() = default;
