@@ -1,5 +1,6 @@
 #include "config/cfg_line.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/fixed_tables.h"
@@ -38,7 +39,7 @@ void CfgRecord::Read(CfgReader& reader, CfgLine line, Tables& tables, int number
   for (const CfgFieldRow& field : line) {
     const CfgCell cell = field.cell(tables, number, row);
     held_.push_back({cell, std::visit(Overloaded{
-                                          [&](std::int32_t*) -> Value { return Number(reader, field); },
+                                          [&](std::int32_t* target) -> Value { return Number(reader, field, target); },
                                           [&](Boolean*) -> Value { return reader.Truth(field.name); },
                                           [&](std::string*) -> Value { return Text(reader, field); },
                                       },
@@ -46,13 +47,14 @@ void CfgRecord::Read(CfgReader& reader, CfgLine line, Tables& tables, int number
   }
 }
 
-std::int32_t CfgRecord::Number(CfgReader& reader, const CfgFieldRow& field) {
+std::int32_t CfgRecord::Number(CfgReader& reader, const CfgFieldRow& field, const std::int32_t* cell) {
   try {
     const std::int32_t number = reader.Integer(field.name);
     if (number >= field.low && number <= field.high) return number;
     const std::string found = "Subscript out of range: " + reader.PlaceOfField(field.name) + ": found \"" +
                               std::to_string(number) + "\", possible are " + std::to_string(field.low) + " to " +
                               std::to_string(field.high);
+    if (field.outOfRange == OutOfRange::Replaced) refused_.push_back({cell, number});
     return OutsideRange(field, found, number);
   } catch (const RunTimeError& fault) {
     if (fault.Number() != ErrorNumber::Overflow || field.outOfRange == OutOfRange::Kept) throw;
@@ -84,6 +86,7 @@ std::string CfgRecord::Text(CfgReader& reader, const CfgFieldRow& field) {
 void CfgRecord::Clear() {
   held_.clear();
   remarks_.clear();
+  refused_.clear();
 }
 
 void CfgRecord::Commit() {
@@ -93,10 +96,16 @@ void CfgRecord::Commit() {
   }
 }
 
-void WriteCfgLine(CfgWriter& writer, CfgLine line, Tables& tables, int number, int row) {
+void WriteCfgLine(CfgWriter& writer, CfgLine line, Tables& tables, int number, int row,
+                  std::span<const RefusedNumber> refused) {
+  const auto toWrite = [&](const CfgFieldRow& field, const std::int32_t* value) {
+    const auto stood = std::ranges::find(refused, value, &RefusedNumber::cell);
+    const bool keeps = stood != refused.end() && *value == std::get<std::int32_t>(field.standard);
+    return keeps ? stood->found : *value;
+  };
   for (const CfgFieldRow& field : line) {
     std::visit(Overloaded{
-                   [&](const std::int32_t* value) { writer.Integer(*value); },
+                   [&](const std::int32_t* value) { writer.Integer(toWrite(field, value)); },
                    [&](const Boolean* value) { writer.Truth(*value); },
                    [&](const std::string* value) { writer.Text(*value); },
                },

@@ -48,6 +48,12 @@ CfgCell SettingOf(Tables& tables, int number, int) {
   return &(tables.*Member)[number];
 }
 
+/// A number of a file that is outside its range, and the cell that holds the default instead.
+struct RefusedNumber {
+  const std::int32_t* cell;
+  std::int32_t found;
+};
+
 /// Values read from a file, held back until the whole file has been found good: a damaged file changes nothing.
 class CfgRecord {
  public:
@@ -61,12 +67,13 @@ class CfgRecord {
   void Clear();
   /// What is not used as it stands, with file, line and field: numbers outside their range, texts cut.
   const std::vector<std::string>& Remarks() const { return remarks_; }
+  const std::vector<RefusedNumber>& Refused() const { return refused_; }
   /// Puts all that was read into the tables.
   void Commit();
 
  private:
   using Value = std::variant<std::int32_t, Boolean, std::string>;
-  std::int32_t Number(CfgReader& reader, const CfgFieldRow& field);
+  std::int32_t Number(CfgReader& reader, const CfgFieldRow& field, const std::int32_t* cell);
   std::int32_t OutsideRange(const CfgFieldRow& field, const std::string& found, std::int32_t number);
   std::string Text(CfgReader& reader, const CfgFieldRow& field);
 
@@ -77,10 +84,12 @@ class CfgRecord {
   std::size_t longestText_;
   std::vector<Held> held_;
   std::vector<std::string> remarks_;
+  std::vector<RefusedNumber> refused_;
 };
 
-/// Writes the settings as one line.
-void WriteCfgLine(CfgWriter& writer, CfgLine line, Tables& tables, int number = 0, int row = 0);
+/// Writes the settings as one line. A refused number stays where it stood as long as its cell holds the default.
+void WriteCfgLine(CfgWriter& writer, CfgLine line, Tables& tables, int number = 0, int row = 0,
+                  std::span<const RefusedNumber> refused = {});
 
 /// Puts the defaults into the tables.
 void RestoreCfgDefaults(CfgLine line, Tables& tables, int number = 0);

@@ -1,6 +1,7 @@
 #include "config/system_file.h"
 
 #include <string>
+#include <vector>
 
 #include "config/cfg_line.h"
 #include "core/timer_limits.h"
@@ -21,6 +22,17 @@ constexpr CfgFieldRow kSystemLine[] = {
 };
 
 std::string SystemFilePath(const Tables& tables) { return tables.ProgramFolder + "/TarvexSysSetup.Cfg"; }
+
+/// Numbers that the file holds and the start refused.
+std::vector<RefusedNumber> RefusedIn(const std::string& path, Tables& tables, Files& files) try {
+  const std::string content = files.Read(path);
+  CfgReader reader(content, path);
+  CfgRecord record;
+  record.Read(reader, kSystemLine, tables);
+  return record.Refused();
+} catch (const RunTimeError&) {
+  return {};  // of such a file nothing was taken
+}
 
 }  // namespace
 
@@ -44,7 +56,8 @@ void ReadSystemFile(Tables& tables, Files& files, Log& log) {
 }
 
 void WriteSystemFile(Tables& tables, Files& files) {
+  const std::string path = SystemFilePath(tables);
   CfgWriter writer;
-  WriteCfgLine(writer, kSystemLine, tables);
-  files.Replace(SystemFilePath(tables), writer.Content());
+  WriteCfgLine(writer, kSystemLine, tables, 0, 0, RefusedIn(path, tables, files));
+  files.Replace(path, writer.Content());
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "core/engine.h"
 #include "core/error_trap.h"
@@ -25,8 +26,6 @@ constexpr std::array<SliderRow, kSliderPositions> kSlider = {{
 int CurrentValue(Engine& engine, const RateBox& box) {
   return box.timer ? (engine.events.*box.timer)().Interval() : engine.tables.*box.setting;
 }
-
-int Limited(const RateBox& box, int value) { return std::clamp(value, box.lowest, box.highest); }
 
 }  // namespace
 
@@ -63,27 +62,29 @@ int RateFromText(int box, std::string_view text, int otherwise) {
   const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), value);
   const RateBox& rate = kRateTable[box];
   if (fault == std::errc::result_out_of_range) return text.front() == '-' ? rate.lowest : rate.highest;
-  if (fault != std::errc{} || end != text.data() + text.size() || value == otherwise) return otherwise;
-  return Limited(rate, value);
+  if (fault != std::errc{} || end != text.data() + text.size()) return otherwise;
+  return std::clamp(value, rate.lowest, rate.highest);
 }
 
 std::string RateMeaning(const RateValues& values, int channels) {
   const auto [scan, scanPause, sending, sendingPause, drawing, drawingPause] = values;
-  const int picture = channels * drawingPause;  // no tick comes between the channels of one picture
-  const int period = std::max(scan, picture) + scanPause;
-  const int longest = period + drawing + picture;
-  return "At most " + std::to_string(std::max(1000 / period, 1)) + " scans a second. A change is on the screen after " +
-         std::to_string(longest) + " ms at the longest.";
+  const int period = std::max(scan, scanPause);  // a pause is a part of its tick, and so of the interval
+  const int picture = channels * drawingPause;   // no tick comes between the channels of one picture
+  const int cycle = std::max(drawing, picture + scanPause);
+  const double scansInCycle = std::max(1.0, static_cast<double>(cycle - picture) / period);
+  const double scans = std::min(1000.0 / period, 1000.0 * scansInCycle / cycle);
+  const std::string rate = scans >= 2 ? std::to_string(static_cast<int>(scans)) + " scans a second"
+                                      : "one scan in " + std::to_string(std::lround(1000 / scans)) + " ms";
+  const int longest = std::max(period, picture + scanPause) + drawing + picture;
+  return "At most " + rate + ". A change is on the screen after " + std::to_string(longest) + " ms at the longest.";
 }
 
 void UpdateRates(Engine& engine, const RateValues& values) {
   for (std::size_t box = 0; box < values.size(); ++box) {
     const RateBox& rate = kRateTable[box];
     if (!rate.read) continue;
-    const bool unchanged = values[box] == CurrentValue(engine, rate);
-    const int value = unchanged ? values[box] : Limited(rate, values[box]);
-    engine.tables.*rate.setting = value;
-    if (rate.timer) (engine.events.*rate.timer)().SetInterval(value);
+    engine.tables.*rate.setting = values[box];
+    if (rate.timer) (engine.events.*rate.timer)().SetInterval(values[box]);
   }
   ReportFault(engine, [&] { engine.configuration.CfgProc(CfgAction::WriteSystemFile, 0); });
 }

@@ -5,6 +5,7 @@
 #include <QWindow>
 
 #include "platform/qt/keep_up.h"
+#include "platform/qt/on_display.h"
 #include "ui/fonts.h"
 #include "ui/in_front.h"
 #include "ui/magnified_window.h"
@@ -67,6 +68,7 @@ void ShowAbove(QDialog& dialog, const QWidget* owner) {
     const QRect frame = owner->frameGeometry();
     dialog.adjustSize();
     dialog.move(frame.center() - QPoint(dialog.width() / 2, dialog.height() / 2));
+    MoveOntoDisplay(dialog);
   }
   dialog.setAttribute(Qt::WA_KeyboardFocusChange);  // who has the keyboard is seen also before a key was pressed
   dialog.show();

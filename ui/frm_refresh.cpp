@@ -4,7 +4,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QProxyStyle>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 #include <QScrollBar>
@@ -24,16 +23,6 @@ constexpr int kColumns = 3;
 constexpr int kNumberFont = 16;
 constexpr const char* kPositions[kSliderPositions] = {"Fastest", "Normal", "Least Load"};
 constexpr Qt::Alignment kPositionSides[kSliderPositions] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
-
-/// A click goes straight to the position it is nearest to.
-class ClickToPosition : public QProxyStyle {
- public:
-  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                QStyleHintReturn* returned) const override {
-    if (hint == SH_Slider_AbsoluteSetButtons) return Qt::LeftButton;
-    return QProxyStyle::styleHint(hint, option, widget, returned);
-  }
-};
 
 std::size_t At(int index) { return static_cast<std::size_t>(index); }
 
@@ -76,9 +65,6 @@ QWidget* frmRefresh::MakeSlider() {
   slider_->setPageStep(1);
   slider_->setTickPosition(QSlider::TicksBelow);
   slider_->setMinimumHeight(32);
-  auto* style = new ClickToPosition;
-  style->setParent(slider_);
-  slider_->setStyle(style);
   connect(slider_, &QSlider::valueChanged, this, &frmRefresh::TakeSliderPosition);
   connect(slider_, &QSlider::sliderReleased, this, &frmRefresh::TakeSliderPosition);
   QLabel* heading = MakeCaption("Scan and Screen Speed", face);

@@ -2,14 +2,13 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPainter>
-#include <QScreen>
 
 #include "core/shutdown.h"
 #include "core/startup.h"
 #include "diagnostics/screen_layout.h"
+#include "platform/qt/on_display.h"
 #include "platform/qt/text.h"
 #include "ui/flat_button.h"
 #include "ui/fonts.h"
@@ -60,10 +59,11 @@ frmTarvexStartup::frmTarvexStartup()
   cmdContinue_->hide();
   connect(cmdContinue_, &FlatButton::clicked, this, [this] { LaunchMainScreen(*engine_); });
   for (FlatButton* button : {cmdEnd_, cmdExit_}) connect(button, &FlatButton::clicked, this, [this] { End(); });
+  StayInMiddle(*this);
   Fit(1024);
   OnMagnification(*this, [this] {
     Fit(large_ ? 1024 : 800);
-    PutInMiddle();
+    MoveToMiddle(*this);
   });
 }
 
@@ -91,10 +91,8 @@ void frmTarvexStartup::ShowLogo(int screenWidth) {
   Fit(screenWidth);
 }
 
-void frmTarvexStartup::PutInMiddle() { move(QGuiApplication::primaryScreen()->geometry().center() - rect().center()); }
-
 void frmTarvexStartup::Show() {
-  PutInMiddle();
+  MoveToMiddle(*this);
   show();
   BringToFront(*this);
 }

@@ -34,7 +34,6 @@ class frmTarvexStartup : public QWidget, public StartupForm {
  private:
   /// The form as stored shows the pictures of the large display.
   void Fit(int screenWidth);
-  void PutInMiddle();
   void End();
 
   Engine* engine_ = nullptr;

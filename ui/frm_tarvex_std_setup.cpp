@@ -7,9 +7,9 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QScopedValueRollback>
-#include <QScreen>
 #include <QWheelEvent>
 
+#include "platform/qt/on_display.h"
 #include "platform/qt/text.h"
 #include "ui/dialog_style.h"
 #include "ui/fonts.h"
@@ -436,9 +436,7 @@ void frmTarvexStdSetup::Show() {
   Refresh();
   lineTimer_.start(kLineMs);
   ShowAbove(*this, owner_);
-  const QRect screen = this->screen()->availableGeometry();
-  move(std::clamp(x(), screen.left(), std::max(screen.left(), screen.right() - frameGeometry().width())),
-       std::clamp(y(), screen.top(), std::max(screen.top(), screen.bottom() - frameGeometry().height())));
+  MoveOntoDisplay(*this);  // now with its frame
 }
 
 void frmTarvexStdSetup::Hide() {

@@ -1,9 +1,7 @@
 #include "ui/frm_txm.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
-#include <QScreen>
 #include <QWindow>
 #include <utility>
 
@@ -12,6 +10,7 @@
 #include "core/error_trap.h"
 #include "core/shutdown.h"
 #include "core/startup.h"
+#include "platform/qt/on_display.h"
 #include "platform/qt/text.h"
 #include "ui/dialogs.h"
 #include "ui/flat_button.h"
@@ -48,13 +47,10 @@ frmTXM::frmTXM()
   setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
   setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
   setAttribute(Qt::WA_QuitOnClose, false);
+  setFocusPolicy(Qt::StrongFocus);
   MakeButtons();
   screen_->OnMouseMoved([this](QPoint place) { statusLine_->ShowMouse(place); });
-  for (auto change : {&QScreen::geometryChanged, &QScreen::availableGeometryChanged}) {
-    connect(QGuiApplication::primaryScreen(), change, this, [this] {
-      if (layout_ != nullptr) PutInMiddle();
-    });
-  }
+  StayInMiddle(*this);
   OnMagnification(*this, [this] {
     if (layout_ == nullptr) return;
     Fit();
@@ -134,8 +130,7 @@ void frmTXM::Show() {
     LoadMainForm(*engine_);
     if (engine_->tables.Stopped == True) return;
   }
-  // The key that brought the window up may be pressed once more: it finds no button.
-  if (QWidget* const pressedLast = focusWidget()) pressedLast->clearFocus();
+  setFocus();  // the key that brought the window up may be pressed once more: it finds no button
   comingFromTray_ = false;
   ShowWindow();
   ActivateMainForm(*engine_);
@@ -173,20 +168,11 @@ void frmTXM::ApplyLayout(int screenWidth) {
 /// Everything but what is drawn on the rows.
 void frmTXM::Fit() {
   setFixedSize(Magnified(layout_->width), Magnified(layout_->height));
-  PutInMiddle();
+  MoveToMiddle(*this);
   ForEachButton([this](PanelButton button, int row) {
     ButtonOf(button, row)->setGeometry(MagnifiedPlace(ButtonPlace(*layout_, button, row)));
   });
   PlaceStatusLine();
-}
-
-/// In the middle of what the display leaves to windows; a panel as large as the display covers all of it.
-void frmTXM::PutInMiddle() {
-  const QScreen& screen = *QGuiApplication::primaryScreen();
-  const QRect room = screen.availableGeometry();
-  const bool fits = room.width() >= width() && room.height() >= height();
-  const QRect place = fits ? room : screen.geometry();
-  move(place.topLeft() + QPoint(place.width() - width(), place.height() - height()) / 2);
 }
 
 void frmTXM::PlaceStatusLine() {
@@ -256,7 +242,10 @@ void frmTXM::RemoveIcon() {
 
 void frmTXM::Animate(bool toTray) {
   if (!TrayIcon::AreaIsThere()) return;
-  if (toTray) return RunToTray(kLongestWaitForPlaceMs);
+  if (toTray) {
+    QTimer::singleShot(0, this, [this] { RunToTray(kLongestWaitForPlaceMs); });
+    return;
+  }
   comingFromTray_ = true;
   RunFrame(tray_.Place(), geometry(), [this] {
     if (std::exchange(comingFromTray_, false)) ShowWindow();
@@ -265,6 +254,7 @@ void frmTXM::Animate(bool toTray) {
 
 /// Where the icon is to be is known a moment after it was put there.
 void frmTXM::RunToTray(int longestWaitMs) {
+  if (!loaded_ || engine_->tables.Minimized == False) return;  // restored meanwhile
   if (tray_.KnowsPlace() || longestWaitMs <= 0) return RunFrame(geometry(), tray_.Place(), [] {});
   QTimer::singleShot(kWaitForPlaceMs, this, [this, longestWaitMs] { RunToTray(longestWaitMs - kWaitForPlaceMs); });
 }

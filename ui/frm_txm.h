@@ -69,7 +69,6 @@ class frmTXM : public QWidget, public MainForm, private TrayArea {
   void TakeDialog(bool open);
   void EnableButtons();
   void Fit();
-  void PutInMiddle();
   void PlaceStatusLine();
   void RedrawForScale();
   void KeepReachable();

@@ -55,10 +55,10 @@ class Display : public QObject {
   void Look() {
     if (layout_ == nullptr || !screen_) return;
     const double factor = FactorForDisplay();
-    const bool first = QApplication::font() != TextFont(kFontHeight * factor);
-    if (factor == factor_ && !first) return;
+    const QFont font = TextFont(kFontHeight * factor);
+    if (factor == factor_ && QApplication::font() == font) return;
     factor_ = factor;
-    QApplication::setFont(TextFont(kFontHeight * factor));
+    QApplication::setFont(font);
     const std::vector<Listener> listeners = listeners_;  // a listener may add others
     for (const Listener& listener : listeners) {
       if (listener.context) listener.take();

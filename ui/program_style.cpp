@@ -17,6 +17,12 @@ namespace {
 
 constexpr int kFocusWidth = 2;
 
+/// Boxes and menus come from elsewhere, at any time.
+void GiveDialogSheet(QWidget& widget) {
+  const bool ours = qobject_cast<QMessageBox*>(&widget) != nullptr || qobject_cast<QMenu*>(&widget) != nullptr;
+  if (ours && widget.styleSheet() != DialogSheet()) widget.setStyleSheet(DialogSheet());
+}
+
 }  // namespace
 
 void StyleApplication() {
@@ -25,6 +31,9 @@ void StyleApplication() {
   QApplication::setPalette(style->standardPalette());
   QApplication::setWindowIcon(TrayIconPicture(TrayPicture::iIdle));
   FollowDisplay(LayoutFor(QGuiApplication::primaryScreen()->size().width()));
+  OnMagnification(*style, [] {
+    for (QWidget* const window : QApplication::topLevelWidgets()) GiveDialogSheet(*window);
+  });
 }
 
 ProgramStyle::ProgramStyle() : QProxyStyle("Fusion") {}
@@ -37,6 +46,7 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* returned) const {
   if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+  if (hint == SH_Slider_AbsoluteSetButtons) return Qt::LeftButton;  // a click goes straight to the nearest position
   return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
@@ -61,10 +71,7 @@ void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOption
   }
 }
 
-/// Boxes and menus come from elsewhere, at any time.
 void ProgramStyle::polish(QWidget* widget) {
   QProxyStyle::polish(widget);
-  const bool ours = qobject_cast<QMessageBox*>(widget) != nullptr || qobject_cast<QMenu*>(widget) != nullptr;
-  const QString sheet = ours ? DialogSheet() : QString();
-  if (widget->styleSheet() != sheet && ours) widget->setStyleSheet(sheet);
+  GiveDialogSheet(*widget);
 }

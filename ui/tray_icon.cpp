@@ -32,12 +32,12 @@ TrayIcon::TrayIcon(Handlers handlers) {
 }
 
 void TrayIcon::Show() {
-  lastPlace_ = {};
   icon_.show();
+  placeAtFirst_ = icon_.geometry();
 }
 
 void TrayIcon::Remove() {
-  KnowsPlace();
+  lastPlace_ = icon_.geometry();
   icon_.hide();
 }
 
@@ -47,14 +47,14 @@ void TrayIcon::SetPicture(TrayPicture picture) {
   icon_.setIcon(pictures_[static_cast<int>(picture)]);
 }
 
-bool TrayIcon::KnowsPlace() {
+bool TrayIcon::KnowsPlace() const {
   const QRect place = icon_.geometry();
-  if (!place.isEmpty()) lastPlace_ = place;
-  return !lastPlace_.isEmpty();
+  return !place.isEmpty() && place != placeAtFirst_;
 }
 
-QRect TrayIcon::Place() {
-  if (KnowsPlace()) return lastPlace_;
+QRect TrayIcon::Place() const {
+  const QRect place = icon_.isVisible() ? icon_.geometry() : lastPlace_;
+  if (!place.isEmpty()) return place;
   const QRect screen = QGuiApplication::primaryScreen()->geometry();
   constexpr int kSize = 24;
   return {screen.bottomRight() - QPoint(kSize, kSize), QSize(kSize, kSize)};

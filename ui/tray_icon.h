@@ -25,14 +25,15 @@ class TrayIcon : public QObject {
   void Remove();
   void SetPicture(TrayPicture picture);
   /// The notification area has told where the icon is, which takes a moment after it was shown.
-  bool KnowsPlace();
+  bool KnowsPlace() const;
   /// Where the icon is or was last, or the corner where it would be.
-  QRect Place();
+  QRect Place() const;
 
  private:
   QSystemTrayIcon icon_;
   QMenu mnuPopUp_;
   QIcon pictures_[4];
   TrayPicture shown_ = TrayPicture::iIdle;
+  QRect placeAtFirst_;  ///< what is told before the icon has its place
   QRect lastPlace_;
 };

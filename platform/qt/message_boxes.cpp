@@ -12,7 +12,7 @@
 namespace {
 
 constexpr std::size_t kMostWaiting = 8;
-constexpr int kLongestText = 2000;
+constexpr int kLongestText = 1000;  // fits a display of 800 x 600, whatever the letters
 constexpr int kLongestDetail = 300;
 constexpr int kLongestWord = 50;
 

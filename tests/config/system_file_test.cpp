@@ -36,6 +36,10 @@ TEST(SystemFileTest, NumbersThatWouldStopThePlantAreNamedInOneFaultAndTheRestOfT
   EXPECT_EQ(t.Timer1Sleep, 1000);
   EXPECT_EQ(t.GDITimerInterval, 60000);
   EXPECT_EQ(t.CmdStatInterlock, False);
+
+  plant.tables.TxTimerInterval = 20;
+  EXPECT_EQ(plant.Run(CfgAction::WriteSystemFile), "");
+  EXPECT_EQ(plant.File(kName), "0,1000,20,-1,60000,1001,#FALSE#,#TRUE#\r\n") << "what nobody chose anew stands";
 }
 
 }  // namespace

@@ -57,6 +57,20 @@ class DesktopTest : public testing::Test {
     }
     return false;
   }
+  /// Where the frame that runs to or from the tray is seen last.
+  QRect EndOfFrame() {
+    QRect last;
+    const auto frameIsThere = [&] {
+      for (const QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible() || window->windowType() != Qt::ToolTip || window->mask().isEmpty()) continue;
+        last = window->geometry();
+        return true;
+      }
+      return false;
+    };
+    if (WaitFor(frameIsThere)) WaitFor([&] { return !frameIsThere(); });
+    return last;
+  }
   bool PutInTray(const QString& key) {
     desktop.Input("key " + key);
     return WaitFor([&] { return !plant.panel.isVisible(); }) && IconIsThere();
@@ -173,8 +187,11 @@ TEST_F(DesktopTest, TheRefreshRatesAreChangedWithMouseAndKeyboard) {
 }
 
 TEST_F(DesktopTest, TheIconInTheTrayBringsThePanelBackByDoubleClickAndByMenu) {
+  EXPECT_EQ(plant.panel.focusWidget(), &plant.panel) << "a second Enter finds no button";
   desktop.Input("key m");
-  ASSERT_TRUE(PutInTray("ctrl+m"));
+  desktop.Input("key ctrl+m");
+  EXPECT_TRUE(QRect(900, 700, 124, 68).contains(EndOfFrame())) << "the frame runs to the icon";
+  ASSERT_TRUE(IconIsThere());
   EXPECT_EQ(plant.tables.Minimized, True);
   EXPECT_THAT(Activity(), HasSubstr("Tarvex Manager Minimized"));
   EXPECT_TRUE(ClickIconUntil("click --repeat 2 --delay 60 1", [&] { return plant.panel.isVisible(); }));

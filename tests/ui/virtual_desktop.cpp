@@ -10,6 +10,7 @@
 
 #include "tests/ui/virtual_display.h"
 #include "tests/ui/wait_for.h"
+#include "ui/program_style.h"
 
 namespace {
 
@@ -47,6 +48,7 @@ void VirtualDesktop::SetUp() {
   static char* argv[] = {name, nullptr};
   application_ = std::make_unique<QApplication>(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
+  StyleApplication();
   if (!WindowManagerIsThere()) throw std::runtime_error("no window manager");
 }
 
