@@ -1,6 +1,5 @@
 #include "ui/setup/field_widgets.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QEvent>
@@ -16,6 +15,7 @@
 #include "config/setup/typed_text.h"
 #include "platform/qt/text.h"
 #include "ui/key_code.h"
+#include "ui/setup/marked_check_box.h"
 
 namespace {
 
@@ -190,7 +190,7 @@ QWidget* FieldWidgets::MakeList(FieldId field, QWidget* parent) {
 QWidget* FieldWidgets::MakeText(FieldId field, QWidget* parent) { return new TextField(model_, field, parent); }
 
 QWidget* FieldWidgets::MakeCheck(FieldId field, QWidget* parent) {
-  auto* const check = new QCheckBox(parent);
+  auto* const check = new MarkedCheckBox(parent);
   QObject::connect(check, &QCheckBox::clicked, check, [this, field](bool on) { model_.SetValue(field, on ? 1 : 0); });
   return check;
 }

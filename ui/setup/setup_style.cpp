@@ -24,7 +24,7 @@ void ApplySetupStyle(QDialog& dialog) {
       "QLineEdit:focus { padding: 0 2px; }"
       "QLineEdit[grey=\"true\"] { background: #e0e0e0; }"
       "QLineEdit:disabled { color: %3; }"
-      "QCheckBox { font-weight: normal; padding: 0 2px; border-width: 1px; }"
+      "QCheckBox { font-weight: normal; padding: 0 3px; border: 0; }"
       "QComboBox { font-weight: normal; combobox-popup: 0; }"
       "QComboBox QAbstractItemView::item { min-height: 17px; }"
       "QPushButton { padding: 2px 8px; min-width: 0; font-weight: normal; }"
