@@ -14,7 +14,7 @@ export class Channel {
   quality = StatusCodes.Good;
 
   #send;
-  #items = new Map();  // item number to { value, time, dirty }
+  #items = new Map();  // item number to { value, time, dirty, found }; found: the server held it before the manager told one
   #tags = null;        // item number to ServerTag, once they have been looked for
   #refusals = new Map();  // item number to what stood in the way of its last value
   #told = '';
@@ -55,9 +55,23 @@ export class Channel {
 
   takeTags(found, missing) {
     this.#tags = found;
+    this.#doubtWhatIsHeld();
     const count = this.tagNames.length;
     const text = `${found.size} of ${count} tags found`;
     this.tell(`Connected, ${missing.length === 0 ? text : `${text}, missing ${missing.join(', ')}`}`, true);
+  }
+
+  /// Weights that the server holds as good, and the manager has not told of yet, are of another run that may have ended
+  /// long ago without a word.
+  #doubtWhatIsHeld() {
+    for (const item of [...kWeights, kStatus]) {
+      const held = this.#tags.get(item)?.held;
+      const value = numberOf(held);
+      if (value === null || this.#items.has(item)) continue;
+      const time = held.sourceTimestamp ?? new Date();
+      this.#items.set(item, { value: item === kStatus ? value | kOffline : value, time, dirty: true, found: true });
+    }
+    this.#judge(StatusCodes.UncertainLastUsableValue);
   }
 
   /// The server is away: what it holds is not known, and the weights are written again when it is back,
@@ -65,7 +79,11 @@ export class Channel {
   lose(reason) {
     this.#tags = null;
     this.#lastValues = '';
-    for (const [item, state] of this.#items) if (item <= kStatus || this.#refusals.has(item)) state.dirty = true;
+    for (const [item, state] of this.#items) {
+      if (state.found) this.#items.delete(item);
+      else if (item <= kStatus || this.#refusals.has(item)) state.dirty = true;
+    }
+    this.#judge(StatusCodes.UncertainLastUsableValue);
     this.tell(reason, false);
   }
 
@@ -83,7 +101,8 @@ export class Channel {
       const tag = this.#tags?.get(item);
       if (!state.dirty || !tag) continue;
       state.dirty = false;
-      const quality = item <= kStatus ? this.quality : StatusCodes.Good;
+      const doubted = state.found && this.quality.isGood() ? StatusCodes.UncertainLastUsableValue : this.quality;
+      const quality = item <= kStatus ? doubted : StatusCodes.Good;
       writes.push({ channel: this, item, tag, state, quality });
     }
     return writes;

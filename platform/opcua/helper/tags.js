@@ -19,10 +19,12 @@ const kRanges = new Map([
 export class ServerTag {
   plain = false;  // the server takes values alone, without quality and time
 
-  constructor(name, nodeId, dataType) {
+  /// `held` is what the node holds now, as a `DataValue`.
+  constructor(name, nodeId, dataType, held) {
     this.name = name;
     this.nodeId = nodeId;
     this.dataType = dataType;
+    this.held = held;
   }
 }
 
@@ -41,7 +43,7 @@ export async function findTags(session, tagNames) {
     some.forEach(({ item, name, nodeId }, index) => {
       const [type, value] = answers.slice(2 * index, 2 * index + 2);
       if (found.has(item) || !type.statusCode.isGood()) return;
-      found.set(item, new ServerTag(name, nodeId, builtInType(type, value)));
+      found.set(item, new ServerTag(name, nodeId, builtInType(type, value), value));
     });
   }
   return { found, missing: tagNames.filter(({ item }) => !found.has(item)).map(({ name }) => name) };

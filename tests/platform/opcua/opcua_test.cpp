@@ -134,6 +134,24 @@ TEST_F(OpcUaTest, WeightsArriveWithQualityAndTimeAndACommandIsTakenOnce) {
   EXPECT_EQ(server.Get(TagName(1, Gross))["value"], 13.5);
 }
 
+TEST_F(OpcUaTest, WeightsThatTheServerHoldsOfAnotherRunAreMarkedOldUntilThisOneHasItsOwn) {
+  OpcServerProcess server(folder_ / "server");
+  server.Set(TagName(1, Gross), "412.5");
+  server.Set(TagName(1, Tare), "3");
+  server.Set(TagName(1, Stat), "8");
+  ASSERT_TRUE(server.Holds(TagName(1, Stat), 8, "Good"));
+  const std::int64_t streamed = server.Get(TagName(1, Gross))["time"];
+  StartClient();
+  OpcControl& scale = Connect(0, server.Endpoint());
+  EXPECT_TRUE(server.Holds(TagName(1, Stat), 24, "UncertainLastUsableValue"));
+  EXPECT_TRUE(server.Holds(TagName(1, Gross), 412.5, "UncertainLastUsableValue"));
+  EXPECT_EQ(server.Get(TagName(1, Gross))["time"], streamed);
+  Publish(scale, 413);
+  EXPECT_TRUE(server.Holds(TagName(1, Stat), 0, "Good"));
+  EXPECT_TRUE(server.Holds(TagName(1, Gross), 413, "Good"));
+  EXPECT_TRUE(server.Holds(TagName(1, Tare), 3, "UncertainLastUsableValue")) << "nobody has told of it yet";
+}
+
 TEST_F(OpcUaTest, ANodeGetsItsOwnTypeAndARefusalIsToldOnceAndLeavesTheOthers) {
   OpcServerProcess server(folder_ / "server", {"--type", "SCALE_1/GROSS.CV=Int16", "--type", "SCALE_1/TARE.CV=Byte",
                                                "--type", "SCALE_1/NET.CV=String", "--type", "SCALE_2/GROSS.CV=Float",
