@@ -19,6 +19,7 @@ export class Channel {
   #refusals = new Map();  // item number to what stood in the way of its last value
   #told = '';
   #lastValues = '';
+  #vouched = true;  // the manager is there, and says so
 
   constructor(number, tagNames, send) {
     this.number = number;
@@ -34,20 +35,21 @@ export class Channel {
     this.seq = seq;
     this.wantsRead ||= read;
     for (const [item, value, time] of items) this.#items.set(item, { value, time: new Date(time), dirty: true });
-    this.#judge(StatusCodes.UncertainLastUsableValue);
+    this.#judge();
   }
 
-  /// The manager has been killed: nobody vouches for the weights any more.
-  loseManager() {
-    const status = this.#items.get(kStatus);
-    this.#items.set(kStatus, { value: (status?.value ?? 0) | kOffline, time: new Date(), dirty: true });
-    this.#judge(StatusCodes.BadNoCommunication);
+  /// While the manager says nothing, or when it has been killed, nobody vouches for the weights.
+  vouch(vouched) {
+    this.#vouched = vouched;
+    if (!vouched && !this.#items.has(kStatus)) this.#items.set(kStatus, { value: kOffline, time: new Date(), found: true });
+    this.#judge();
   }
 
   /// The weights carry the quality of what the status word says, also those that have not changed.
-  #judge(whenOffline) {
-    const status = this.#items.get(kStatus);
-    const quality = status && status.value & kOffline ? whenOffline : StatusCodes.Good;
+  #judge() {
+    const offline = this.#items.get(kStatus)?.value & kOffline;
+    const whileVouched = offline ? StatusCodes.UncertainLastUsableValue : StatusCodes.Good;
+    const quality = this.#vouched ? whileVouched : StatusCodes.BadNoCommunication;
     if (quality === this.quality) return;
     this.quality = quality;
     for (const item of [...kWeights, kStatus]) if (this.#items.has(item)) this.#items.get(item).dirty = true;
@@ -71,7 +73,7 @@ export class Channel {
       const time = held.sourceTimestamp ?? new Date();
       this.#items.set(item, { value: item === kStatus ? value | kOffline : value, time, dirty: true, found: true });
     }
-    this.#judge(StatusCodes.UncertainLastUsableValue);
+    this.#judge();
   }
 
   /// The server is away: what it holds is not known, and the weights are written again when it is back,
@@ -83,7 +85,7 @@ export class Channel {
       if (state.found) this.#items.delete(item);
       else if (item <= kStatus || this.#refusals.has(item)) state.dirty = true;
     }
-    this.#judge(StatusCodes.UncertainLastUsableValue);
+    this.#judge();
     this.tell(reason, false);
   }
 
@@ -94,7 +96,7 @@ export class Channel {
     this.#send({ ch: this.number, status, connected });
   }
 
-  /// What is to be written: tag, value, and how the server is told it. Taken is taken; `putBack` is for what failed.
+  /// What is to be written: tag, value, quality and time. Taken is taken; `putBack` is for what failed.
   takeWrites() {
     const writes = [];
     for (const [item, state] of this.#items) {
@@ -103,7 +105,9 @@ export class Channel {
       state.dirty = false;
       const doubted = state.found && this.quality.isGood() ? StatusCodes.UncertainLastUsableValue : this.quality;
       const quality = item <= kStatus ? doubted : StatusCodes.Good;
-      writes.push({ channel: this, item, tag, state, quality });
+      const withdrawn = item === kStatus && !this.#vouched;
+      const [value, time] = withdrawn ? [state.value | kOffline, new Date()] : [state.value, state.time];
+      writes.push({ channel: this, item, tag, state, value, time, quality });
     }
     return writes;
   }

@@ -160,7 +160,7 @@ export class Connection {
   async #write(writes) {
     const ready = [];
     for (const write of writes) {
-      const { variant, refusal } = variantFor(write.tag.dataType, write.state.value);
+      const { variant, refusal } = variantFor(write.tag.dataType, write.value);
       if (refusal) write.channel.takeAnswer(write, refusal);
       else ready.push({ ...write, variant });
     }
@@ -182,10 +182,10 @@ export class Connection {
   }
 
   async #send(writes) {
-    const nodes = writes.map(({ tag, variant, state, quality }) => ({
+    const nodes = writes.map(({ tag, variant, time, quality }) => ({
       nodeId: tag.nodeId,
       attributeId: AttributeIds.Value,
-      value: tag.plain ? { value: variant } : { value: variant, statusCode: quality, sourceTimestamp: state.time },
+      value: tag.plain ? { value: variant } : { value: variant, statusCode: quality, sourceTimestamp: time },
     }));
     const answers = await within(kLimit, 'a write', this.#session.write(nodes));
     this.#lastAnswer = Date.now();

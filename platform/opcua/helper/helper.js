@@ -31,9 +31,16 @@ const operations = {
   end: () => { plant.endOrdered = true; },
 };
 
+// The manager asks once a second. What it held when it fell silent is not sure to be true any more.
+const kLongestSilence = 4;  // seconds
+let silence = 0;
+setInterval(() => plant.vouch(++silence < kLongestSilence), 1000).unref();
+
 process.stdout.on('error', () => {});  // the manager is gone: the end of the input says what to do
 const lines = createInterface({ input: process.stdin });
 lines.on('line', (line) => {
+  silence = 0;
+  plant.vouch(true);
   const message = JSON.parse(line);
   operations[message.op](message);
 });

@@ -9,6 +9,7 @@ export class Plant {
   #send;
   #connections = new Map();  // by what the manager says of the server
   #places = new Map();       // channel number to its channel and connection
+  #vouched = true;
 
   /// `folder` holds the certificates; `send` takes messages for the manager.
   constructor(folder, send) {
@@ -38,6 +39,16 @@ export class Plant {
     }
   }
 
+  /// Whether the manager is there to answer for the weights.
+  vouch(vouched) {
+    if (vouched === this.#vouched) return;
+    this.#vouched = vouched;
+    for (const { channel, connection } of this.#places.values()) {
+      channel.vouch(vouched);
+      connection.wake();
+    }
+  }
+
   /// What the channel has been given is still written.
   disconnect(ch) {
     const place = this.#places.get(ch);
@@ -48,7 +59,7 @@ export class Plant {
 
   async end() {
     const connections = [...this.#connections.values()];
-    if (!this.endOrdered) for (const { channel } of this.#places.values()) channel.loseManager();
+    if (!this.endOrdered) this.vouch(false);
     for (const ch of [...this.#places.keys()]) this.disconnect(ch);
     await Promise.all(connections.map((connection) => connection.ended));
   }

@@ -253,7 +253,7 @@ TEST_F(OpcUaTest, AHelperThatMisbehavesIsToldAndAWholeOneGetsAllAgain) {
   }
 }
 
-TEST_F(OpcUaTest, AHelperThatIsKilledComesBackWithTheWeightsAndOneWithoutItsManagerMarksThem) {
+TEST_F(OpcUaTest, AHelperThatIsKilledComesBackWithTheWeightsAndOneWhoseManagerIsSilentOrGoneMarksThem) {
   OpcServerProcess server(folder_ / "server");
   StartClient();
   OpcControl& scale = Connect(0, server.Endpoint());
@@ -276,6 +276,11 @@ TEST_F(OpcUaTest, AHelperThatIsKilledComesBackWithTheWeightsAndOneWithoutItsMana
       R"({"op":"update","channels":[{"ch":1,"seq":1,"read":false,"items":[[0,7.5,1700000000000],[3,8,1700000000000]]}]})";
   orphan.write((connect.dump() + "\n" + update + "\n").c_str());
   ASSERT_TRUE(server.Holds(TagName(2, Gross), 7.5));
+  EXPECT_TRUE(server.Holds(TagName(2, Gross), 7.5, "BadNoCommunication")) << "its manager says nothing";
+  EXPECT_TRUE(server.Holds(TagName(2, Stat), 24, "BadNoCommunication"));
+  orphan.write("{\"op\":\"ping\"}\n");
+  EXPECT_TRUE(server.Holds(TagName(2, Gross), 7.5));
+  EXPECT_TRUE(server.Holds(TagName(2, Stat), 8));
   orphan.closeWriteChannel();
   ASSERT_TRUE(orphan.waitForFinished(10'000));
   EXPECT_TRUE(server.Holds(TagName(2, Stat), 24, "BadNoCommunication"));
