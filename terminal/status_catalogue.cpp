@@ -188,9 +188,8 @@ constexpr Row kRows[] = {
      "Sockets implementation simultaneously, and that all components of the implementation are "
      "correctly installed."},
     {10092, "WSAVERNOTSUPPORTED", kNetwork, "WINSOCK.DLL version out of range. ",
-     "The current Windows Sockets implementation does not support the Windows Sockets specification "
-     "version requested by the application. Check that no old Windows Sockets DLL files are being "
-     "accessed."},
+     "The current Windows Sockets implementation does not support the Windows Sockets version "
+     "requested by the application. Check that no old Windows Sockets DLL files are being accessed."},
     {10093, "WSANOTINITIALISED", kNetwork, "Successful WSAStartup not yet performed. ",
      "Either the application hasn't called 'Error! Reference source not found.' or 'Error! Reference "
      "source not found.' failed. The application may be accessing a socket which the current active "

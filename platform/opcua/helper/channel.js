@@ -14,7 +14,7 @@ export class Channel {
   quality = StatusCodes.Good;
 
   #send;
-  #items = new Map();  // item number to { value, time, dirty, found }; found: the server held it before the manager told one
+  #items = new Map();  // item number to { value, time, dirty, found }; found: the server held it of before
   #tags = null;        // item number to ServerTag, once they have been looked for
   #refusals = new Map();  // item number to what stood in the way of its last value
   #told = '';
@@ -41,7 +41,9 @@ export class Channel {
   /// While the manager says nothing, or when it has been killed, nobody vouches for the weights.
   vouch(vouched) {
     this.#vouched = vouched;
-    if (!vouched && !this.#items.has(kStatus)) this.#items.set(kStatus, { value: kOffline, time: new Date(), found: true });
+    if (!vouched && !this.#items.has(kStatus)) {
+      this.#items.set(kStatus, { value: kOffline, time: new Date(), found: true });
+    }
     this.#judge();
   }
 

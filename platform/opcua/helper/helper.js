@@ -34,7 +34,9 @@ const operations = {
 // The manager asks once a second. What it held when it fell silent is not sure to be true any more.
 const kLongestSilence = 4;  // seconds
 let silence = 0;
-setInterval(() => plant.vouch(++silence < kLongestSilence), 1000).unref();
+setInterval(() => {
+  if (++silence >= kLongestSilence) plant.vouch(false);
+}, 1000).unref();
 
 process.stdout.on('error', () => {});  // the manager is gone: the end of the input says what to do
 const lines = createInterface({ input: process.stdin });
